@@ -1,0 +1,24 @@
+# voz_module(NAME SOURCES ... PUBLIC_HEADERS dir LINK targets PRIVATE_LINK targets PRIVATE_INCLUDE dirs)
+#
+# One of our shared libraries. Its objects are a target of their own (NAME_objects), so that tests reach
+# what the library keeps to itself; the library leaves only the exported classes visible.
+function(voz_module name)
+  cmake_parse_arguments(ARG "" "PUBLIC_HEADERS" "SOURCES;LINK;PRIVATE_LINK;PRIVATE_INCLUDE" ${ARGN})
+
+  add_library(${name}_objects OBJECT ${ARG_SOURCES})
+  target_include_directories(${name}_objects PUBLIC ${ARG_PUBLIC_HEADERS} PRIVATE ${ARG_PRIVATE_INCLUDE})
+  target_compile_definitions(${name}_objects PRIVATE ${name}_BUILDING)
+  target_link_libraries(${name}_objects PUBLIC ${ARG_LINK} PRIVATE vozdravo_flags ${ARG_PRIVATE_LINK})
+
+  add_library(${name} SHARED $<TARGET_OBJECTS:${name}_objects>)
+  add_library(VOZDravo::${name} ALIAS ${name})
+  target_include_directories(${name} PUBLIC
+    $<BUILD_INTERFACE:${ARG_PUBLIC_HEADERS}>
+    $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/VOZDravo>)
+  target_link_libraries(${name} PUBLIC ${ARG_LINK} PRIVATE $<BUILD_INTERFACE:vozdravo_flags> ${ARG_PRIVATE_LINK})
+  target_compile_features(${name} PUBLIC cxx_std_17)
+  set_target_properties(${name} PROPERTIES
+    VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR} INSTALL_RPATH "$ORIGIN")
+  set_property(GLOBAL APPEND PROPERTY VOZ_MODULES ${name})
+  set_property(GLOBAL APPEND PROPERTY VOZ_PUBLIC_HEADER_DIRS ${ARG_PUBLIC_HEADERS})
+endfunction()

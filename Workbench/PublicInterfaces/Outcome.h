@@ -1,0 +1,149 @@
+// Outcome.h: what a route gave, in the workbench's one form: mm, percent, MPa, N, kg; the same whatever the route.
+//
+// Each route converts once, behind its read-back; report and exports see only this. Arrays are 0-based: entry i belongs
+// to node position i + 1 or element position i + 1 of the mesh.
+
+#ifndef OUTCOME_H
+#define OUTCOME_H
+
+#include "FormingLimit.h"
+#include "Mesh.h"
+#include "Symmetry.h"
+#include "VOZCatAxis.h"
+
+#include <array>
+#include <string>
+#include <vector>
+
+namespace voz::workbench
+{
+
+using Point3 = std::array<double, 3>;
+
+// The strain components are engineering percent; angles radians.
+struct ElementOutcome
+{
+    double thickness = 0.0;        // mm
+    double thinning = 0.0;         // percent of the first thickness, positive where the sheet got thinner
+    double major = 0.0;            // percent
+    double minor = 0.0;            // percent
+    double thicknessStrain = 0.0;  // percent, from constant volume
+    double angle = 0.0;            // of the major strain, from side 1-2 of the element
+    double equivalentStrain = 0.0; // percent
+    double stress = 0.0;           // equivalent, MPa
+    int safety = -1;               // 0 failure, 1 marginal, 2 safe, 3 compression, 4 strong compression, -1 undefined
+    int forming = -1;              // 0 biaxial .. 5 beyond uniaxial compression, -1 impossible
+    double area = 0.0;             // of the formed element, mm^2
+};
+
+struct NodeOutcome
+{
+    Point3 flat{};          // position in the flat blank: stamping frame, mm (z is one value for all)
+    Point3 displacement{};  // part to flat, global, mm
+    Point3 onBinder{};      // part to binder, global, mm; the same as displacement without a binder
+    double thickness = 0.0; // mm
+    double major = 0.0;     // percent
+    double minor = 0.0;     // percent
+    int safety = -1;
+    int forming = -1;
+};
+
+// A closed outline of the flat blank: node positions (0-based) in walking order, and their places.
+struct BlankLoop
+{
+    std::vector<int> nodes;
+    std::vector<std::array<double, 2>> points; // stamping frame, mm; the outer loop counter-clockwise, holes clockwise
+    bool outer = false;
+    double length = 0.0; // mm
+};
+
+// What an engineer asks first. A model with planes of symmetry is told for the model and, where it adds up, for the
+// whole part.
+struct OutcomeSummary
+{
+    double blankArea = 0.0;      // mm^2, of the model, holes taken off
+    double blankPerimeter = 0.0; // mm, outer loop
+    double blankWidth = 0.0;     // mm, bounding rectangle along local x and y
+    double blankHeight = 0.0;
+    std::array<double, 3>
+        smallestRectangle{}; // smallest rotated rectangle: long side, short side mm, angle of the long side in degrees
+    double blankMass = 0.0;  // kg
+    int symmetryFactor = 1;  // the whole part is this many models
+    double leastThickness = 0.0; // mm
+    double greatestThickness = 0.0;
+    int leastThicknessElement = 0; // 0-based
+    int greatestThicknessElement = 0;
+    std::array<double, 6> safetyShare{}; // share of the elements with safety code -1 .. 4, at index code + 1; sums to 1
+    std::array<double, 6> safetyAreaShare{}; // the same by formed area
+    double punchForce = 0.0;                 // N, of the model
+    int undercutElements = 0;
+    double undercutAngle = 0.0; // degrees
+    double drawDepth = 0.0;     // mm, extent of the part along the stamping direction
+};
+
+// A check of the result, with its limit: printed in the report, and a warning or failure of the command.
+struct OutcomeCheck
+{
+    std::string name;
+    std::string value; // with unit
+    std::string limit; // with unit
+    bool passed = true;
+    bool isWarning = true; // a failed check that is no warning fails the run
+};
+
+// One value that went into the run, for the page's provenance.
+struct OutcomeParameter
+{
+    std::string key; // job key
+    std::string value;
+    std::string unit; // empty if it has none
+    bool isDefault = false;
+};
+
+struct OutcomeStage
+{
+    std::string name;
+    double seconds = 0.0;
+};
+
+struct OutcomeInput
+{
+    std::string path; // as the job names it
+    std::string sha256;
+};
+
+struct Outcome
+{
+    std::string title; // of the job
+    std::string route; // "file"
+    VOZCatMesh part;   // formed part, global, mm
+    VOZCatAxis frame;  // stamping frame
+    Symmetry symmetry;
+    std::string materialName;
+    std::string materialSource;  // where its figures come from
+    double firstThickness = 0.0; // mm
+    double density = 0.0;        // kg/m^3
+    FormingLimit limit;          // with FLD0 and margins in percent
+    std::string limitSource;     // formula or origin of the curve, in words
+    std::vector<int> undercut;   // per element: 1 if it faces away from the stamping direction
+    std::vector<ElementOutcome> elements;
+    std::vector<NodeOutcome> nodes;
+    std::vector<BlankLoop> blank; // outer loop first
+    OutcomeSummary summary;
+    std::vector<OutcomeCheck> checks;
+    std::vector<OutcomeParameter> parameters;
+    std::vector<OutcomeInput> inputs;
+    std::vector<OutcomeStage> stages;
+    std::vector<std::string> warnings;
+    std::string command; // to repeat the run
+    std::string version; // of the program
+    std::string log;     // the solver's iteration table
+};
+
+// Fills loops, areas, rectangle, shares and extremes from part, frame, nodes, elements, symmetry, density and
+// thickness.
+void Summarise(Outcome & io_outcome);
+
+} // namespace voz::workbench
+
+#endif

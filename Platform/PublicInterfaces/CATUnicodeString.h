@@ -26,7 +26,13 @@ public:
     bool operator!=(CATUnicodeString const & i_other) const;
 
     int SearchSubString(CATUnicodeString const & i_pattern, int i_start = 0) const; // -1 if it is not there
-    void ToLower(); // ASCII letters only; other characters stay
+
+    // Puts the replacement in place of every occurrence, left to right, and returns their number. An empty pattern has
+    // no occurrence.
+    int ReplaceSubString(CATUnicodeString const & i_pattern, CATUnicodeString const & i_replacement);
+
+    void BuildFromNum(int i_number); // becomes the number's text, as "%d" writes it
+    void ToLower();                  // ASCII letters only; other characters stay
     int GetLengthInChar() const;
     bool IsNull() const;                // empty
     char const * ConvertToChar() const; // UTF-8; valid until the text changes

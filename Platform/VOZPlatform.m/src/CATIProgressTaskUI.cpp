@@ -1,0 +1,3 @@
+#include "CATIProgressTaskUI.h"
+
+CATImplementClass(CATIProgressTaskUI, CATBaseUnknown)

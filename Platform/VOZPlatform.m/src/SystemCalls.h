@@ -1,0 +1,21 @@
+// SystemCalls.h: the services of the operating system, the one place where the two kinds of system differ.
+//
+// SystemCallsPosix.cpp and SystemCallsWindows.cpp implement it; each is empty on the other's system. Texts are UTF-8.
+
+#ifndef SYSTEMCALLS_H
+#define SYSTEMCALLS_H
+
+#include <cstdio>
+#include <optional>
+#include <string>
+
+namespace voz::platform
+{
+// The variable of this process; nothing if it is not set.
+std::optional<std::string> ReadEnvironment(std::string const & i_name);
+
+// As VOZOpenFile, whose path is already checked and turned to the system's separators.
+std::FILE * OpenStream(std::string const & i_path, char const * i_mode);
+} // namespace voz::platform
+
+#endif

@@ -5,6 +5,10 @@
 function(voz_module name)
   cmake_parse_arguments(ARG "" "PUBLIC_HEADERS" "SOURCES;LINK;PRIVATE_LINK;PRIVATE_INCLUDE" ${ARGN})
 
+  if(NOT ARG_SOURCES)
+    file(WRITE ${CMAKE_CURRENT_BINARY_DIR}/none.cpp "")
+    set(ARG_SOURCES ${CMAKE_CURRENT_BINARY_DIR}/none.cpp)
+  endif()
   add_library(${name}_objects OBJECT ${ARG_SOURCES})
   target_include_directories(${name}_objects PUBLIC ${ARG_PUBLIC_HEADERS} PRIVATE ${ARG_PRIVATE_INCLUDE})
   target_compile_definitions(${name}_objects PRIVATE ${name}_BUILDING)

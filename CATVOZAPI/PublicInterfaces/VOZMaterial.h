@@ -23,8 +23,8 @@ public:
     VOZMaterial & operator=(VOZMaterial const & i_other);
     ~VOZMaterial() override;
 
-    // Fills the record with everything that the solver asks of a material, the table included. A table that the
-    // record held before is freed.
+    // Fills a record with what the solver asks of a material, except the table: whoever owns the record gives it its
+    // own copy of the points and then completes it (VOZMechanicalProp_s::EvalMechanicalDataForSolver).
     void EvalMechanicalDataForSolver(VOZMechanicalProp_s & o_prop) const;
 
     CATUnicodeString m_strName;

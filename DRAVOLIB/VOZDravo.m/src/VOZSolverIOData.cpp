@@ -4,6 +4,8 @@
 
 #include "VOZMechanicalProp.h"
 
+#include <initializer_list>
+
 VOZBasicMeshData_s::~VOZBasicMeshData_s()
 {
     delete[] m_padNodalCoords;

@@ -2,6 +2,8 @@
 
 #include "VOZFormingResult.h"
 
+#include <initializer_list>
+
 VOZFormingResult_s::VOZFormingResult_s(VOZMesh_s * i_psMesh)
     : m_psMesh(i_psMesh), m_padStrainComponentsMid(nullptr), m_padStrainComponentsTop(nullptr),
       m_padStrainComponentsBot(nullptr), m_padEquivalentStress(nullptr), m_dPunchForce(0.0), m_apReserved48{}

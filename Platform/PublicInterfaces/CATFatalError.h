@@ -54,14 +54,14 @@ bool ReportBroken(Char const * text, Char const * file, int line)
 }
 } // namespace voz::detail
 
-#define VOZ_REPORT(Char, text)                                                                                         \
-    [](int line)                                                                                                       \
+#define VOZ_REPORT(Char, message)                                                                                      \
+    [](int vozLine)                                                                                                    \
     {                                                                                                                  \
-        static constexpr voz::detail::SourceStem<Char, static_cast<int>(sizeof(__FILE__))> file(__FILE__);             \
-        return voz::detail::ReportBroken<Char>(text, file.text, line);                                                 \
+        static constexpr voz::detail::SourceStem<Char, static_cast<int>(sizeof(__FILE__))> vozFile(__FILE__);          \
+        return voz::detail::ReportBroken<Char>(message, vozFile.text, vozLine);                                        \
     }(__LINE__)
 
-#define VOZ_ASSERTION(condition, text) (static_cast<bool>(condition) ? true : VOZ_REPORT(char, "AssertionFailed:" text))
-#define VOZ_CONTRACT(condition, text) (static_cast<bool>(condition) ? true : VOZ_REPORT(wchar_t, L"" text))
+#define VOZ_ASSERTION(condition, message) (static_cast<bool>(condition) || VOZ_REPORT(char, "AssertionFailed:" message))
+#define VOZ_CONTRACT(condition, message) (static_cast<bool>(condition) || VOZ_REPORT(wchar_t, L"" message))
 
 #endif

@@ -3,6 +3,9 @@
 // An object starts with one reference, held by its maker. AddRef and Release count; the last Release deletes. An object
 // on the stack is never released. Not safe across threads.
 //
+// QueryInterface asks an object for another of its faces by the name of the interface's class. CATInterfaceVar, from
+// which the X_var pointers derive, holds one reference and asks on construction.
+//
 // A class joins the metadata by CATDeclareClass in its body and CATImplementClass in its source: MetaObject() registers
 // it under its own name, class type 1, its base's meta object and the texts "CATNull" and "External", on first use, and
 // keeps the pointer in a static.
@@ -11,6 +14,9 @@
 #define CATBASEUNKNOWN_H
 
 #include "ExportedByVOZPlatform.h"
+
+#include <cstddef>
+#include <utility>
 
 class ExportedByVOZPlatform CATMetaClass
 {
@@ -51,6 +57,11 @@ public:
     virtual unsigned int AddRef();
     virtual unsigned int Release();
     virtual CATMetaClass * GetMetaObject() const;
+
+    // The object's form of that interface, with one reference for the caller, and 0; or null and E_NOINTERFACE. This
+    // class gives the object itself if it is of that kind.
+    virtual long QueryInterface(char const * i_interface, CATBaseUnknown ** o_object);
+
     virtual char const * IsA() const;                 // the class's name
     virtual int IsAKindOf(char const * i_name) const; // 1 or 0
 
@@ -98,5 +109,68 @@ public:                                                                         
     {                                                                                                                  \
         return *MetaObject();                                                                                          \
     }
+
+// A counted pointer to an interface; null where the object asked has no such form.
+template <class Interface>
+class CATInterfaceVar
+{
+public:
+    CATInterfaceVar() = default;
+    CATInterfaceVar(std::nullptr_t) {}
+    CATInterfaceVar(CATBaseUnknown * i_object) // asks; the caller keeps the reference that it has
+    {
+        CATBaseUnknown * found = nullptr;
+        if (i_object != nullptr && i_object->QueryInterface(Interface::ClassName(), &found) == 0)
+            mObject = static_cast<Interface *>(found);
+    }
+    template <class Other>
+    CATInterfaceVar(CATInterfaceVar<Other> const & i_other) : CATInterfaceVar(i_other.Object())
+    {
+    }
+    CATInterfaceVar(CATInterfaceVar const & i_other) : mObject(i_other.mObject)
+    {
+        if (mObject != nullptr)
+            mObject->AddRef();
+    }
+    CATInterfaceVar(CATInterfaceVar && io_other) noexcept : mObject(std::exchange(io_other.mObject, nullptr)) {}
+    CATInterfaceVar & operator=(CATInterfaceVar i_other) noexcept
+    {
+        std::swap(mObject, i_other.mObject);
+        return *this;
+    }
+    ~CATInterfaceVar()
+    {
+        if (mObject != nullptr)
+            mObject->Release();
+    }
+
+    // Takes over a reference that the caller has.
+    static CATInterfaceVar Adopt(Interface * i_object)
+    {
+        CATInterfaceVar adopted;
+        adopted.mObject = i_object;
+        return adopted;
+    }
+
+    Interface * operator->() const { return mObject; }
+    Interface * Object() const { return mObject; } // lent
+    bool operator!() const { return mObject == nullptr; }
+    explicit operator bool() const { return mObject != nullptr; }
+
+private:
+    Interface * mObject = nullptr;
+};
+
+// The class X_var of an interface X.
+#define CATDeclareInterfaceVar(Interface)                                                                              \
+    class Interface##_var : public CATInterfaceVar<Interface>                                                          \
+    {                                                                                                                  \
+    public:                                                                                                            \
+        using CATInterfaceVar<Interface>::CATInterfaceVar;                                                             \
+        Interface##_var() = default;                                                                                   \
+        Interface##_var(CATInterfaceVar<Interface> i_other) : CATInterfaceVar<Interface>(std::move(i_other)) {}        \
+    }
+
+CATDeclareInterfaceVar(CATBaseUnknown);
 
 #endif

@@ -12,11 +12,16 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
-// A document as the library sees it. Its file name ("part.CATPart", "study.CATAnalysis") tells its kind.
-struct VOZHostDocument
+class CATDocument;
+
+// A document as the library sees it, made with std::make_shared. Its file name ("part.CATPart", "study.CATAnalysis")
+// tells its kind; which interfaces it gives follows from the two flags. The object that stands for it in the host's
+// interfaces (see CATDocument.h) is made on demand and lives as long as the record.
+struct ExportedByVOZPlatform VOZHostDocument : std::enable_shared_from_this<VOZHostDocument>
 {
     struct Parameter
     {
@@ -24,14 +29,36 @@ struct VOZHostDocument
         std::string fullName;
         std::string value; // as text
     };
+    struct MeshSetMember
+    {
+        std::shared_ptr<VOZHostDocument> support; // the document that the mesh part's support lies in; null: no support
+        bool isMeshPart = true;
+    };
 
     std::string storageName;
+
     bool isAnalysis = false;                             // has an analysis container with a manager and a model
     std::vector<std::shared_ptr<VOZHostDocument>> links; // the documents that the analysis links to, in order
-    std::vector<std::shared_ptr<VOZHostDocument>>
-        meshParts;       // per mesh part of the analysis: the document of its support; null: no support
+    std::vector<MeshSetMember> meshSet;                  // the analysis's mesh set, in order; empty: no such set
+
     bool isPart = false; // has a part container, whose part publishes the parameters
     std::vector<Parameter> parameters;
+
+    // Interfaces, by class name, that the document's objects do not give although their kind would;
+    // "CATListPtrCATDocument" stands for the link object of the analysis manager.
+    std::set<std::string> withheld;
+
+    // The record's object in the host's interfaces; the record keeps its reference.
+    CATDocument * Object();
+
+    VOZHostDocument();
+    VOZHostDocument(VOZHostDocument const &) = delete;
+    VOZHostDocument & operator=(VOZHostDocument const &) = delete;
+    ~VOZHostDocument();
+
+private:
+    class DocumentObject;
+    DocumentObject * mObject = nullptr;
 };
 
 class ExportedByVOZPlatform VOZHost

@@ -1,5 +1,7 @@
 #include "CATBaseUnknown.h"
 
+#include "VOZStatus.h"
+
 #include <map>
 #include <memory>
 #include <mutex>
@@ -55,6 +57,16 @@ unsigned int CATBaseUnknown::Release()
     if (left == 0)
         delete this;
     return left;
+}
+
+long CATBaseUnknown::QueryInterface(char const * i_interface, CATBaseUnknown ** o_object)
+{
+    *o_object = nullptr;
+    if (IsAKindOf(i_interface) == 0)
+        return E_NOINTERFACE;
+    AddRef();
+    *o_object = this;
+    return 0;
 }
 
 CATMetaClass * CATBaseUnknown::MetaObject()

@@ -1,6 +1,7 @@
 // SystemCalls.h: the services of the operating system, the one place where the two kinds of system differ.
 //
-// SystemCallsPosix.cpp and SystemCallsWindows.cpp implement it; each is empty on the other's system. Texts are UTF-8.
+// SystemCallsPosix.cpp and SystemCallsWindows.cpp implement it, as VOZProcessPosix.cpp and VOZProcessWindows.cpp do
+// VOZProcess.h; each is empty on the other's system. Texts are UTF-8.
 
 #ifndef SYSTEMCALLS_H
 #define SYSTEMCALLS_H
@@ -13,6 +14,10 @@ namespace voz::platform
 {
 // The variable of this process; nothing if it is not set.
 std::optional<std::string> ReadEnvironment(std::string const & i_name);
+
+// The path with the separators of this system; nothing for a null or empty path, or for a drive letter where there are
+// none.
+std::optional<std::string> SystemPath(char const * i_path);
 
 // As VOZOpenFile, whose path is already checked and turned to the system's separators.
 std::FILE * OpenStream(std::string const & i_path, char const * i_mode);

@@ -2,6 +2,7 @@
 
 #include "SystemCalls.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <sys/stat.h>
@@ -12,6 +13,16 @@ std::optional<std::string> ReadEnvironment(std::string const & i_name)
 {
     char const * const value = std::getenv(i_name.c_str());
     return value != nullptr ? std::optional<std::string>(value) : std::nullopt;
+}
+
+std::optional<std::string> SystemPath(char const * i_path)
+{
+    std::string path(i_path != nullptr ? i_path : "");
+    auto const isLetter = [](char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); };
+    if (path.empty() || (path.size() >= 2 && isLetter(path[0]) && path[1] == ':'))
+        return std::nullopt;
+    std::replace(path.begin(), path.end(), '\\', '/');
+    return path;
 }
 
 std::FILE * OpenStream(std::string const & i_path, char const * i_mode)

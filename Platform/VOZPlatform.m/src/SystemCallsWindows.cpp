@@ -25,6 +25,11 @@ std::optional<std::string> ReadEnvironment(std::string const & i_name)
     }
 }
 
+std::optional<std::string> SystemPath(char const * i_path)
+{
+    return i_path != nullptr && *i_path != '\0' ? std::optional<std::string>(i_path) : std::nullopt;
+}
+
 std::FILE * OpenStream(std::string const & i_path, char const * i_mode)
 {
     return _wfopen(WideFromUtf8(i_path).c_str(), WideFromUtf8(i_mode).c_str());

@@ -1,0 +1,83 @@
+#if defined(_WIN32)
+
+#include "VOZProcess.h"
+
+#include "TextCodes.h"
+
+#include <windows.h>
+
+#include <shellapi.h>
+
+#include <cstdlib>
+
+namespace
+{
+static_assert(sizeof(wchar_t) == sizeof(unsigned short), "the system's wide text is 16-bit text");
+
+wchar_t * wide(unsigned short * text)
+{
+    return reinterpret_cast<wchar_t *>(text);
+}
+
+wchar_t const * wide(unsigned short const * text)
+{
+    return reinterpret_cast<wchar_t const *>(text);
+}
+} // namespace
+
+bool VOZProcess::CreateProcessW(unsigned short * io_commandLine, unsigned int i_flags, Information & o_information)
+{
+    o_information = {};
+    STARTUPINFOW startup = {};
+    startup.cb = sizeof(startup);
+    PROCESS_INFORMATION made = {};
+    if (!::CreateProcessW(nullptr, wide(io_commandLine), nullptr, nullptr, TRUE, i_flags, nullptr, nullptr, &startup,
+                          &made))
+        return false;
+    o_information = {made.hProcess, made.hThread};
+    return true;
+}
+
+unsigned int VOZProcess::WaitForSingleObject(void * i_process, unsigned int i_milliseconds)
+{
+    return ::WaitForSingleObject(i_process, i_milliseconds);
+}
+
+bool VOZProcess::GetExitCodeProcess(void * i_process, unsigned int & o_code)
+{
+    DWORD code = 0;
+    if (!::GetExitCodeProcess(i_process, &code) || code == STILL_ACTIVE)
+        return false;
+    o_code = code;
+    return true;
+}
+
+bool VOZProcess::CloseHandle(void * i_handle)
+{
+    return ::CloseHandle(i_handle) != 0;
+}
+
+int VOZProcess::System(char const * i_utf8)
+{
+    return _wsystem(voz::platform::WideFromUtf8(i_utf8).c_str());
+}
+
+int VOZProcess::ShellExecuteW(unsigned short const * i_program, unsigned short const * i_parameters,
+                              unsigned short const * i_folder, int i_show)
+{
+    HINSTANCE const result =
+        ::ShellExecuteW(nullptr, L"open", wide(i_program), wide(i_parameters), wide(i_folder), i_show);
+    return static_cast<int>(reinterpret_cast<INT_PTR>(result));
+}
+
+void * VOZProcess::GetModuleHandleW(unsigned short const * i_name)
+{
+    return ::GetModuleHandleW(wide(i_name));
+}
+
+unsigned int VOZProcess::GetModuleFileNameW(void * i_module, unsigned short * o_path, unsigned int i_size)
+{
+    return ::GetModuleFileNameW(static_cast<HMODULE>(i_module), wide(o_path), i_size);
+}
+
+#endif

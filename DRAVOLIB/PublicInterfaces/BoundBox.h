@@ -11,7 +11,7 @@
 class ExportedByVOZDravo BoundBox
 {
 public:
-    BoundBox(); // empty
+    BoundBox() { reset(); } // empty
 
     Vec lower() const; // counted copies
     Vec upper() const;

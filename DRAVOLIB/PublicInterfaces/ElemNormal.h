@@ -24,10 +24,13 @@ public:
     Vec normal(int e) const { return Vec(mNormal[e]); }         // a view: writing to it changes the stored row
     double const (*data() const)[3] { return mNormal; }         // rows 0 .. numNormal, for walks on raw rows
 
-    int FindNeighbour(int e, int * i_list, int n) const;   // index of the first of n entries that differs from e, or -1
-    void FlipOneNormal(int e, VOZCatMesh * io_mesh) const; // for a mesh without label offset; the rows here stay
-    int IsCorrectDirection(int e1, int e2, int i_nodeA, int i_nodeB, VOZCatMesh * i_mesh) const; // 1: opposite runs
-    int CheckFlipAllElemNormals(VOZCatMesh * io_mesh) const; // 0, or 1 with nothing changed
+    // Orientation. Only numbers are compared, never coordinates; the rows here stay as they are.
+    int FindNeighbour(int e, int * i_list, int n);   // index of the first of n entries that differs from e, or -1
+    void FlipOneNormal(int e, VOZCatMesh * io_mesh); // for a mesh without label offset: entries are stored as positions
+    int IsCorrectDirection(int e1, int e2, int i_nodeA, int i_nodeB, VOZCatMesh * i_mesh); // 1: opposite runs, else 0
+    // Makes all orientations agree within each connected piece, which takes that of its lowest element.
+    // 0; or 1 with nothing changed: a null mesh, no element, no memory.
+    int CheckFlipAllElemNormals(VOZCatMesh * io_mesh);
 
 private:
     double (*mNormal)[3];

@@ -1,4 +1,7 @@
 // Fstr.h: a blank-padded string of fixed length.
+//
+// A text is cut or filled with blanks to the length, with a NUL behind; a length below 1 means the text's own. A null
+// text counts as an empty one. Only the default string and its copies have no buffer.
 
 #ifndef FSTR_H
 #define FSTR_H
@@ -13,7 +16,7 @@ public:
     Fstr(Fstr const & i_other);
     ~Fstr();
     Fstr & operator=(Fstr const & i_other); // takes the length of the source
-    Fstr & operator=(char const * i_text);  // refills this length
+    Fstr & operator=(char const * i_text);  // fills this length anew; length 0 takes the text's own
     operator char const *() const { return mText; }
     int length() const { return mLength; }
 

@@ -3,7 +3,9 @@
 #ifndef SYMMETRY_H
 #define SYMMETRY_H
 
-class Symmetry
+#include "ExportedByVOZDravo.h"
+
+class ExportedByVOZDravo Symmetry
 {
 public:
     Symmetry() = default;

@@ -17,15 +17,20 @@
 class ExportedByVOZDravo Vec
 {
 public:
-    Vec();                             // counted (0, 0, 0)
-    Vec(double * i_row);               // view of the three doubles at i_row
-    Vec(double const * i_row);         // counted private copy
-    Vec(float * i_row);                // unowned block: leaks by design
-    Vec(double x, double y, double z); // unowned block: leaks by design
-    Vec(Vec const & i_other);          // shares a counted block, copies anything else
-    ~Vec();
+    Vec();                                                   // counted (0, 0, 0)
+    Vec(double * i_row) : mValues(i_row), mCount(nullptr) {} // view of the three doubles at i_row
+    Vec(double const * i_row);                               // counted private copy
+    Vec(float * i_row);                                      // unowned block: leaks by design
+    Vec(double x, double y, double z);                       // unowned block: leaks by design
+    Vec(Vec const & i_other);                                // shares a counted block, copies anything else
+    ~Vec()
+    {
+        if (mCount)
+            release();
+    }
 
-    Vec & operator=(Vec const & i_other);  // writes through a view; never re-seats it
+    // Writes through a view and never re-seats it. Assigning a vector of count 1 to itself is outside the contract.
+    Vec & operator=(Vec const & i_other);
     Vec & operator=(double * i_row);       // becomes a view
     Vec & operator=(double const * i_row); // becomes a private counted copy
 
@@ -58,7 +63,7 @@ protected:
     void unique();    // copy() if there is a count and it is above 1
 
 private:
-    void release();
+    void release(); // drops the reference, if there is one
 
     double * mValues;
     int * mCount;

@@ -2,9 +2,12 @@
 //
 // ElemProperty holds what acts on which element and node: materials and limits per property, pads, draw beads, blank
 // holders, prescribed displacements, auto strain, springback lists. Its records stand here too. Plain holders: no
-// accessor checks an index; counted arrays are 1-based, row 0 allocated and empty. Node and element numbers are mesh
-// positions; the trimming list holds element labels. Lengths in mm, holder force N, bead force N/m, pad pressure Pa,
-// auto strain percent.
+// accessor checks an index; counted arrays are 1-based, row 0 allocated and empty. A count below 0 counts as 0. Node
+// and element numbers are mesh positions; the trimming list holds element labels. Lengths in mm, holder force N, bead
+// force N/m, pad pressure Pa, auto strain percent.
+//
+// A copy of an ElemProperty has the same arrays, not copies of them: what is written through one is read through the
+// other. An array is freed with the last object that holds it. Copies of the records are deep.
 
 #ifndef ELEMPROPERTY_H
 #define ELEMPROPERTY_H
@@ -81,11 +84,11 @@ public:
 
     DispBC() = default;
     explicit DispBC(int i_size);
-    DispBC(DispBC const & i_other);
+    DispBC(DispBC const & i_other); // as assignment to a fresh table
     ~DispBC();
-    DispBC & operator=(DispBC const & i_other);
+    DispBC & operator=(DispBC const & i_other); // deep; kind stays
 
-    void Clear();
+    void Clear();                                  // as DispBC() makes it
     void setSize(int n);                           // zeroes tableFlag, flags and values; n + 1 zero nodes
     void setCode(int i_code);                      // bit k sets flag k
     bool operator==(DispBC const & i_other) const; // size and nodes alone
@@ -115,95 +118,149 @@ class ExportedByVOZDravo ElemProperty
 public:
     ElemProperty();
     ElemProperty(ElemProperty const & i_other);             // shares all arrays with its source
-    ElemProperty & operator=(ElemProperty const & i_other); // shares all arrays with its source
+    ElemProperty & operator=(ElemProperty const & i_other); // likewise; lets go of its own
     virtual ~ElemProperty();
     void clear();
 
-    // Properties: materials and limits 0 .. P.
+    // Properties: materials and limits 0 .. P, the materials made by VOZMaterial::Create.
     void sizeProperty(int p);
-    int sizeProperty() const;
-    void sizePropertyIndex(int n);
-    int & propertyIndex(int e) const; // 1-based by element
-    void propertyId(int e, int i_id);
-    VOZMaterial * material(int i) const;
-    FormingLimit & formingLimit(int i) const;
+    int sizeProperty() const { return mNumProperty; } // P
+    void sizePropertyIndex(int n);                    // n elements, all of property 0
+    int & propertyIndex(int e) const { return mPropertyIndex[e]; }
+    void propertyId(int e, int i_id) { mPropertyIndex[e] = i_id; }
+    VOZMaterial * material(int i) const { return mMaterials[i]; }
+    FormingLimit & formingLimit(int i) const { return mLimits[i]; }
 
-    // Pressure pads.
+    // Pressure pads. Node rows k run from 1 to the pad's size.
     void sizePressPads(int n);
-    int sizePressPads() const;
-    int getNbPressurePads() const { return sizePressPads(); }
-    void setNbPressurePads(int n);        // the count alone
-    void pressPadSize(int i, int i_size); // ignored if i is above count + 1
-    int pressPadSize(int i) const;
-    void pressPadVal(int i, double i_value);
-    double pressPadVal(int i) const;
-    int pressPads(int i, int k) const;
-    void pressPads(int i, int k, int i_node);
-    void pressPadSize(int * i_sizes); // whole arrays by new[]: the class owns what it is given
-    int * pressPadSize() const;
-    void pressPadVal(double * i_values);
-    double * pressPadVal() const;
-    void pressPadXYZ(double ** i_xyz);
-    double ** pressPadXYZ() const;
-    void clearPressPads();
-    void setPressurePad(); // zero without freeing
+    int sizePressPads() const { return mNumPad; }
+    int getNbPressurePads() const { return mNumPad; }
+    void setNbPressurePads(int n) { mNumPad = n; } // the count alone
+    void pressPadSize(int i, int i_size);          // ignored if i is above count + 1 or there are no such rows
+    int pressPadSize(int i) const { return mPadSizes[i]; }
+    void pressPadVal(int i, double i_value) { mPadValues[i] = i_value; }
+    double pressPadVal(int i) const { return mPadValues[i]; }
+    int pressPads(int i, int k) const { return mPadNodes[i][k]; }
+    void pressPads(int i, int k, int i_node) { mPadNodes[i][k] = i_node; }
 
-    // Draw beads.
+    // Whole arrays, by new[]: the class owns what it is given, and frees what it replaces. Of the coordinates it also
+    // owns the rows, each by new[] or null, of the entries 0 .. n - 1, n being the count when they are given.
+    void pressPadSize(int * i_sizes);
+    int * pressPadSize() const { return mPadSizes; }
+    void pressPadVal(double * i_values);
+    double * pressPadVal() const { return mPadValues; }
+    void pressPadXYZ(double ** i_xyz);
+    double ** pressPadXYZ() const { return mPadXYZ; }
+
+    // The four families alike: clear... frees and zeroes; set... zeroes without freeing, for an object whose arrays
+    // belong to another; update... overwrites the count alone.
+    void clearPressPads();
+    void setPressurePad();
+
     void sizeDrawBeads(int n);
-    int sizeDrawBeads() const;
-    void updateDrawBeads(int n); // the count alone
-    DrawBead & drawBeads(int i) const;
-    void drawBeads(int i, DrawBead & i_bead);
+    int sizeDrawBeads() const { return mNumDrawBead; }
+    void updateDrawBeads(int n) { mNumDrawBead = n; }
+    DrawBead & drawBeads(int i) const { return mDrawBeads[i]; }
+    void drawBeads(int i, DrawBead & i_bead) { mDrawBeads[i] = i_bead; }
     int totalDBEdges() const;
     void clearDrawBeads();
     void setDrawBeads();
 
-    // Blank holders.
     void sizeBlankHolders(int n);
-    int sizeBlankHolders() const;
-    void updateBlankHolders(int n);
-    BlankHolder & blankHolders(int i) const;
-    void blankHolders(int i, BlankHolder & i_holder);
+    int sizeBlankHolders() const { return mNumBlankHolder; }
+    void updateBlankHolders(int n) { mNumBlankHolder = n; }
+    BlankHolder & blankHolders(int i) const { return mBlankHolders[i]; }
+    void blankHolders(int i, BlankHolder & i_holder) { mBlankHolders[i] = i_holder; }
     int totalBHEdges() const;
     void clearBlankHolders();
     void setBlankHolders();
 
-    // Prescribed displacements.
     void sizeDispBC(int n);
-    int sizeDispBC() const;
-    DispBC & dispBCs(int i) const;
+    int sizeDispBC() const { return mNumDispBC; }
+    DispBC & dispBCs(int i) const { return mDispBCs[i]; }
     void dispBCs(int i, DispBC & i_table);     // ignored if i is above the count
     void dispBCs(int i, VOZCatAxis & i_frame); // ignored if i is above the count
-    void prescDispBC(int i, int i_dof, double i_value);
+    void prescDispBC(int i, int i_dof, double i_value) { mDispBCs[i].values[i_dof] = i_value; } // i_dof 0 .. 5
     int totalDispBCNodes() const;
     void clearDispBC();
     void setDispBC();
 
-    // Auto strain: two points (copied; the getter's copies by new[] are the caller's), target strains in engineering
-    // percent.
+    // Auto strain: two points of 3 doubles. The setter copies them; a null one leaves the stored point alone. The
+    // getter's copies are by new[] and the caller's; an absent point leaves its pointer alone.
     void setAutoStrain(double const * i_target, double const * i_ref, double i_targetStrain, double i_refStrain,
                        double i_value, bool i_on);
     bool getAutoStrain(double *& o_target, double *& o_ref, double & o_targetStrain, double & o_refStrain,
                        double & o_value) const;
 
     // Springback: lists by new[], owned from the setter on.
-    void setSprinkbackFixity(bool i_fix); // the spelling is the name
-    bool getSprinkbackFixity() const;
-    void setAlignmentSize(int n);
-    int getAlignmentSize() const;
+    void setSprinkbackFixity(bool i_fix) { mSprinkbackFixity = i_fix; } // the spelling is the name
+    bool getSprinkbackFixity() const { return mSprinkbackFixity; }
+    void setAlignmentSize(int n) { mAlignmentSize = n; }
+    int getAlignmentSize() const { return mAlignmentSize; }
     void setAlignment(int * i_nodes); // node positions
-    int * getAlignment() const;
-    void setTrimmingSize(int n);
-    int getTrimmingSize() const;
+    int * getAlignment() const { return mAlignment; }
+    void setTrimmingSize(int n) { mTrimmingSize = n; }
+    int getTrimmingSize() const { return mTrimmingSize; }
     void setTrimming(int * i_elements); // element labels
-    int * getTrimming() const;
+    int * getTrimming() const { return mTrimming; }
 
     double averageThickness() const; // of the kernel materials 1 .. P, m; NaN without one
     double averageYield() const;     // Pa
 
 private:
-    struct Arrays;
-    std::shared_ptr<Arrays> mArrays; // shared by copies, freed with the last one
+    class Keeper; // one per array: frees it with the last object that holds it
+    enum
+    {
+        kMaterials,
+        kLimits,
+        kPropertyIndex,
+        kPadValues,
+        kPadSizes,
+        kPadNodes,
+        kPadXYZ,
+        kDrawBeads,
+        kBlankHolders,
+        kDispBCs,
+        kTargetPoint,
+        kRefPoint,
+        kAlignment,
+        kTrimming,
+        kNumArrays
+    };
+
+    template <class T>
+    void Take(int i_array, T *& io_field, T * i_rows); // by new[]; what was there is let go
+    void LeaveBe(int i_array);                         // lets go of the array, which must not be freed by that
+    void ForgetPressPads();
+    void ZeroFields();
+
+    VOZMaterial ** mMaterials;
+    FormingLimit * mLimits;
+    int * mPropertyIndex;
+    int mNumProperty;
+    int mNumPad;
+    double * mPadValues;
+    int * mPadSizes;
+    int ** mPadNodes;
+    double ** mPadXYZ;
+    int mNumDrawBead;
+    DrawBead * mDrawBeads;
+    int mNumBlankHolder;
+    BlankHolder * mBlankHolders;
+    int mNumDispBC;
+    DispBC * mDispBCs;
+    bool mAutoStrain;
+    double * mTargetPoint;
+    double * mRefPoint;
+    double mTargetStrain;
+    double mRefStrain;
+    double mAutoStrainValue;
+    bool mSprinkbackFixity;
+    int mAlignmentSize;
+    int * mAlignment;
+    int mTrimmingSize;
+    int * mTrimming;
+    std::shared_ptr<Keeper> mKeepers[kNumArrays];
 };
 
 #endif

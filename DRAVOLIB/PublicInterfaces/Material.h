@@ -34,7 +34,7 @@ public:
     int numSSPoints() const { return mNumSS; }
     double SSPoint(int i_row, int i_col) const { return mSS[i_row][i_col]; } // log plastic strain, MPa
     void setSSData(int i_row, int i_col, double i_value) { mSS[i_row][i_col] = i_value; }
-    void sizeSSData(int n); // once on a fresh object: an earlier table is not freed
+    void sizeSSData(int n); // nothing if n is not above 0; once on a fresh object: an earlier table is not freed
     int numFLCPoints() const { return mNumFLC; }
     double FLCPoint(int i_row, int i_col) const { return mFLC[i_row][i_col]; }
     void setFLCData(int i_row, int i_col, double i_value) { mFLC[i_row][i_col] = i_value; }
@@ -59,8 +59,6 @@ private:
 class ExportedByVOZDravo Friction
 {
 public:
-    Friction() = default;
-    explicit Friction(double i_coefficient) : mCoefficient(i_coefficient) {}
     double coefficient() const { return mCoefficient; }
     void coefficient(double i_value) { mCoefficient = i_value; }
 

@@ -1,0 +1,160 @@
+// FieldPictures.cpp: a picture of the part with text over it: the picture is a PNG, the text stays text.
+
+#include "FieldPictures.h"
+
+#include "Colour.h"
+#include "Html.h"
+#include "MeshPicture.h"
+#include "OutputFile.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace voz::workbench
+{
+namespace
+{
+
+constexpr PictureSize kSize{900, 560};
+constexpr int kLegendHeight = 60;
+
+std::string frame(MeshPicture const & picture, std::string const & label, std::string const & over)
+{
+    return "<svg viewBox=\"0 0 " + std::to_string(kSize.width) + " " + std::to_string(kSize.height + kLegendHeight) +
+           "\" role=\"img\" aria-label=\"" + Escaped(label) +
+           "\" font-family=\"sans-serif\" font-size=\"14\">\n<image width=\"" + std::to_string(kSize.width) +
+           "\" height=\"" + std::to_string(kSize.height) + "\" href=\"data:image/png;base64," +
+           Base64(PngBytes(picture.Pixels(), kSize)) + "\"/>\n" + over + "</svg>\n";
+}
+
+std::string text(double x, double y, char const * anchor, std::string const & content)
+{
+    return "<text x=\"" + Fixed(x, 1) + "\" y=\"" + Fixed(y, 1) + "\" text-anchor=\"" + anchor + "\">" +
+           Escaped(content) + "</text>\n";
+}
+
+std::string colourBar(double low, double high, FieldPicture const & field)
+{
+    constexpr int kSteps = 60;
+    constexpr double kBarLeft = 60.0;
+    constexpr double kBarWidth = 620.0;
+    double const top = kSize.height + 12.0;
+    std::string svg = "<g stroke=\"none\">\n";
+    for (int i = 0; i < kSteps; ++i)
+        svg += "<rect x=\"" + Fixed(kBarLeft + kBarWidth * i / kSteps, 2) + "\" y=\"" + Fixed(top, 0) + "\" width=\"" +
+               Fixed(kBarWidth / kSteps + 0.5, 2) + "\" height=\"14\" fill=\"" + Hex(ScaleColour((i + 0.5) / kSteps)) +
+               "\"/>\n";
+    svg += "</g>\n";
+    for (int i = 0; i <= 4; ++i)
+        svg += text(kBarLeft + kBarWidth * i / 4.0, top + 32.0, "middle",
+                    Fixed(low + (high - low) * i / 4.0, field.decimals));
+    return svg + text(kBarLeft + kBarWidth + 40.0, top + 12.0, "start", field.name + ", " + field.unit);
+}
+
+Point3 centre(Outcome const & outcome, std::vector<Point3> const & nodes, std::size_t element)
+{
+    int const * const row = outcome.part.GetElemData()[element + 1];
+    int const corners = row[0] == row[3] ? 3 : 4;
+    Point3 sum{};
+    for (int k = 0; k < corners; ++k)
+        for (std::size_t c = 0; c < 3; ++c)
+            sum[c] += nodes[static_cast<std::size_t>(row[k] - outcome.part.GetFirstNodeNumber() - 1)][c] / corners;
+    return sum;
+}
+
+std::string marker(Point2 const & at, std::string const & content)
+{
+    double const side = at[0] > 0.7 * kSize.width ? -1.0 : 1.0;
+    return "<circle cx=\"" + Fixed(at[0], 1) + "\" cy=\"" + Fixed(at[1], 1) +
+           "\" r=\"6\" fill=\"none\" stroke=\"#000\" stroke-width=\"2\"/>\n<g stroke=\"#fff\" stroke-width=\"3\" "
+           "paint-order=\"stroke\">\n" +
+           text(at[0] + 10.0 * side, at[1] - 8.0, side > 0.0 ? "start" : "end", content) + "</g>\n";
+}
+
+} // namespace
+
+std::vector<Point3> NodesInFrame(Outcome const & i_outcome)
+{
+    std::vector<Point3> nodes;
+    nodes.reserve(static_cast<std::size_t>(i_outcome.part.numNode()));
+    for (int n = 1; n <= i_outcome.part.numNode(); ++n)
+    {
+        double const * const row = i_outcome.part.GetNodeData()[n];
+        Point3 local{};
+        for (int i = 0; i < 3; ++i)
+            for (int c = 0; c < 3; ++c)
+                local[static_cast<std::size_t>(i)] += i_outcome.frame.axis(i, c) * (row[c] - i_outcome.frame.origin(c));
+        nodes.push_back(local);
+    }
+    return nodes;
+}
+
+std::string DrawField(Outcome const & i_outcome, FieldPicture const & i_field)
+{
+    std::vector<double> values;
+    values.reserve(i_outcome.elements.size());
+    for (ElementOutcome const & element : i_outcome.elements)
+        values.push_back(i_field.value(element));
+    auto const [least, greatest] = std::minmax_element(values.begin(), values.end());
+    double const low = values.empty() ? 0.0 : *least;
+    double const span = values.empty() ? 0.0 : *greatest - low;
+
+    std::vector<Colour> colours;
+    colours.reserve(values.size());
+    for (double const value : values)
+        colours.push_back(ScaleColour(span > 0.0 ? (value - low) / span : 0.5));
+    std::vector<Point3> const nodes = NodesInFrame(i_outcome);
+    MeshPicture picture(i_outcome.part, nodes, kSize);
+    picture.Draw(colours);
+
+    std::string over = colourBar(low, low + span, i_field);
+    for (auto const extreme : {least, greatest})
+    {
+        if (values.empty())
+            break;
+        auto const element = static_cast<std::size_t>(extreme - values.begin());
+        over +=
+            marker(picture.Place(centre(i_outcome, nodes, element)),
+                   Fixed(*extreme, i_field.decimals) + " " + i_field.unit + ", element " + std::to_string(element + 1));
+    }
+    return frame(picture, i_field.name + " on the formed part, " + i_field.unit, over);
+}
+
+std::string DrawZones(Outcome const & i_outcome, ZoneKind i_kind)
+{
+    struct Kind
+    {
+        char const * label;
+        int codes;
+        Colour (*colour)(int);
+        char const * (*name)(int);
+    };
+    // An undercut element is drawn as a failure, one that stands well as safe.
+    static Kind const kinds[] = {
+        {"safety zones on the formed part", 5, SafetyColour, SafetyName},
+        {"forming zones on the formed part", 6, FormingColour, FormingName},
+        {"undercuts seen along the stamping direction", 2, [](int code) { return SafetyColour(code == 1 ? 0 : 2); },
+         [](int code) { return code == 1 ? "undercut" : "no undercut"; }},
+    };
+    Kind const & kind = kinds[static_cast<std::size_t>(i_kind)];
+    std::vector<Colour> colours;
+    colours.reserve(i_outcome.elements.size());
+    for (std::size_t e = 0; e < i_outcome.elements.size(); ++e)
+        colours.push_back(kind.colour(i_kind == ZoneKind::Safety    ? i_outcome.elements[e].safety
+                                      : i_kind == ZoneKind::Forming ? i_outcome.elements[e].forming
+                                                                    : i_outcome.undercut.at(e)));
+    std::vector<Point3> const nodes = NodesInFrame(i_outcome);
+    MeshPicture picture(i_outcome.part, nodes, kSize);
+    picture.Draw(colours);
+    std::string over;
+    for (int code = 0; code < kind.codes; ++code)
+    {
+        double const x = 20.0 + 295.0 * (code % 3);
+        double const y = kSize.height + 18.0 + 24.0 * (code / 3);
+        over += "<rect x=\"" + Fixed(x, 0) + "\" y=\"" + Fixed(y - 12.0, 0) + "\" width=\"22\" height=\"14\" fill=\"" +
+                Hex(kind.colour(code)) + "\" stroke=\"#333\"/>\n" + text(x + 30.0, y, "start", kind.name(code));
+    }
+    return frame(picture, kind.label, over);
+}
+
+} // namespace voz::workbench

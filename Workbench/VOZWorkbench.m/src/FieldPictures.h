@@ -1,0 +1,39 @@
+// FieldPictures.h: the formed part coloured by a field or by zones, with its colour bar and marked extremes, as an svg
+// element.
+
+#ifndef FIELDPICTURES_H
+#define FIELDPICTURES_H
+
+#include "Outcome.h"
+
+#include <functional>
+#include <string>
+
+namespace voz::workbench
+{
+
+struct FieldPicture
+{
+    std::string name; // "thinning"
+    std::string unit; // "%"
+    std::function<double(ElementOutcome const &)> value;
+    int decimals = 1;
+};
+
+std::string DrawField(Outcome const & i_outcome, FieldPicture const & i_field);
+
+enum class ZoneKind
+{
+    Safety,
+    Forming,
+    Undercut
+};
+
+std::string DrawZones(Outcome const & i_outcome, ZoneKind i_kind);
+
+// Nodes of the part in the stamping frame, 0-based.
+std::vector<Point3> NodesInFrame(Outcome const & i_outcome);
+
+} // namespace voz::workbench
+
+#endif

@@ -93,17 +93,17 @@ public:
 
     void Write(char const * i_file); // the whole deck
 
-    void WriteControlLines();     // II
-    void WriteNodes();            // III
-    void WriteElements();         // IV
-    void WriteMaterials();        // V
-    void WriteDisplacements();    // VIII
-    void WritePads();             // IX
-    void WriteHolders();          // XII
-    void WriteBeads();            // XVII
-    void WriteStressStrain();     // XXVI
-    void WriteFormingLimits();    // XXVII
-    void WriteFriction();         // XXIX
+    void WriteControlLines();  // II
+    void WriteNodes();         // III
+    void WriteElements();      // IV
+    void WriteMaterials();     // V
+    void WriteDisplacements(); // VIII
+    void WritePads();          // IX
+    void WriteHolders();       // XII
+    void WriteBeads();         // XVII
+    void WriteStressStrain();  // XXVI
+    void WriteFormingLimits(); // XXVII
+    void WriteFriction();      // XXIX
 
 private:
     struct FullHolderForces

@@ -6,6 +6,8 @@
 #include "Solver.h"
 
 #include "DeckNumber.h"
+#include "MeshRows.h"
+#include "RowMath.h"
 #include "SolverDeck.h"
 
 #include "CATError.h"
@@ -13,9 +15,7 @@
 #include "ElemProperty.h"
 #include "FreeEdgeLoops.h"
 #include "LoopFilters.h"
-#include "Mesh.h"
 #include "Symmetry.h"
-#include "VOZCatAxis.h"
 #include "VOZFile.h"
 
 #include <charconv>
@@ -85,21 +85,11 @@ constexpr Block kBlocks[] = {
 };
 // clang-format on
 static_assert(sizeof kSeparator == 25 && sizeof kBeadSeparator == 26, "24 asterisks, and 25 behind the beads");
-
-// VOZCatAxis::fromGlobal on plain rows: the three dot products, from left to right.
-void toStampingFrame(VOZCatAxis const & axis, double const (&p)[3], double (&o_q)[3])
-{
-    double const d[3] = {p[0] - axis.origin(0), p[1] - axis.origin(1), p[2] - axis.origin(2)};
-    for (int i = 0; i < 3; ++i)
-        o_q[i] = axis.axis(i, 0) * d[0] + axis.axis(i, 1) * d[1] + axis.axis(i, 2) * d[2];
-}
 } // namespace
 
 // DeckWriter
 
-DeckWriter::DeckWriter(std::FILE * i_file) : mFile(i_file), mBlock(new char[kBlockBytes])
-{
-}
+DeckWriter::DeckWriter(std::FILE * i_file) : mFile(i_file), mBlock(new char[kBlockBytes]) {}
 
 void DeckWriter::Flush()
 {
@@ -180,8 +170,8 @@ int Solver::write(char const * i_file, bool i_noRestraints, bool i_controlFlag, 
         LoopSizeFilter const large(loops, kLargeLoopRatio);
         LoopSymmetryFilter const onPlane(mMesh, edges, loops, mSymmetry, mAxis);
         ProcessEdgeSequence const held(mMesh, edges, loops, mSymmetry, onPlane, mFullBlankHolder, large);
-        DeckJob const job{mMesh,          mMaterial,     mElemProperty, mAxis, mSymmetry, mFriction, mFullBlankHolder,
-                          i_noRestraints, i_controlFlag, i_controlValue};
+        DeckJob const job{mMesh,     mMaterial,        mElemProperty,  mAxis,         mSymmetry,
+                          mFriction, mFullBlankHolder, i_noRestraints, i_controlFlag, i_controlValue};
         DeckBoundary const boundary{edges, loops, large, onPlane, held};
         DeckBody(*this, job, boundary, file).Write(i_file);
         close();
@@ -234,8 +224,8 @@ void DeckBody::WriteControlLines()
         if (mJob.fullHolder.isActive())
             holders += mBoundary.large.numFilteredInnerLoops();
     }
-    mOut.Row(numNode, mJob.mesh.numElem(), numMaterial, 1, flag, displacedNodes, "0 0 0 0 0 0 0 0 0 0 0 0 0 2 0 0 0 0 0 0 0",
-             holders, "0 1");
+    mOut.Row(numNode, mJob.mesh.numElem(), numMaterial, 1, flag, displacedNodes,
+             "0 0 0 0 0 0 0 0 0 0 0 0 0 2 0 0 0 0 0 0 0", holders, "0 1");
     mOut.Row(kControlLine2);
     mOut.Row(numNode, "0 0", displacedTables, "0 1");
     mOut.Row(kControlLine4);
@@ -246,28 +236,25 @@ void DeckBody::WriteControlLines()
 
 void DeckBody::WriteNodes()
 {
-    double const(*const nodes)[3] = mJob.mesh.GetNodeData();
-    int const numNode = mJob.mesh.numNode();
-    for (int n = 1; n <= numNode; ++n)
+    meshrows::Rows const rows(mJob.mesh);
+    rowmath::Frame const frame(mJob.axis);
+    for (int n = 1; n <= rows.numNode; ++n)
     {
         double local[3];
-        toStampingFrame(mJob.axis, nodes[n], local);
+        frame.fromGlobal(rows.nodes[n], local);
         mOut.Row(n, local[0] / kMmPerInch, local[1] / kMmPerInch, local[2] / kMmPerInch);
     }
 }
 
 void DeckBody::WriteElements()
 {
-    int const(*const elems)[4] = mJob.mesh.GetElemData();
-    int const first = mJob.mesh.GetFirstNodeNumber();
-    int const numElem = mJob.mesh.numElem();
-    for (int e = 1; e <= numElem; ++e)
+    meshrows::Rows const rows(mJob.mesh);
+    for (int e = 1; e <= rows.numElem; ++e)
     {
-        int const(&row)[4] = elems[e];
         int const property = mJob.property.propertyIndex(e);
-        if (row[0] == row[3])
-            mOut.Row(e, property, "1 0 2", row[0] - first, row[1] - first, row[2] - first);
+        if (meshrows::isTriangle(rows.elems[e]))
+            mOut.Row(e, property, "1 0 2", rows.corner(e, 0), rows.corner(e, 1), rows.corner(e, 2));
         else
-            mOut.Row(e, property, "1 0 1", row[0] - first, row[1] - first, row[2] - first, row[3] - first);
+            mOut.Row(e, property, "1 0 1", rows.corner(e, 0), rows.corner(e, 1), rows.corner(e, 2), rows.corner(e, 3));
     }
 }

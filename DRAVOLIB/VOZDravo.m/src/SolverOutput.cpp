@@ -8,13 +8,13 @@
 #include "Solver.h"
 
 #include "DeckNumber.h"
+#include "MeshRows.h"
+#include "RowMath.h"
 
 #include "CATError.h"
 #include "ElemProperty.h"
 #include "FormingLimit.h"
-#include "Mesh.h"
 #include "Result.h"
-#include "VOZCatAxis.h"
 #include "VOZCatConfigPaser.h"
 #include "VOZFile.h"
 #include "VOZTemplatePath.h"
@@ -30,7 +30,7 @@
 namespace
 {
 constexpr double kMmPerInch = 25.4;
-constexpr double kPaPerPsi = 6895.0;     // of the stress column of triangles
+constexpr double kPaPerPsi = 6895.0;       // of the stress column of triangles
 constexpr double kNewtonPerLbf = 4.448222; // of the punch force
 constexpr double kPi = 3.14159265358979323846;
 
@@ -132,8 +132,8 @@ double OutputLines::Value(int i_token) const
 {
     if (!HasToken(i_token))
     {
-        std::string const text = "line " + std::to_string(mNumber) + " of the solver's output has no number in column " +
-                                 std::to_string(i_token + 1);
+        std::string const text = "line " + std::to_string(mNumber) +
+                                 " of the solver's output has no number in column " + std::to_string(i_token + 1);
         throw CATMfErrUpdate(text.c_str(), "Solver", __LINE__);
     }
     return ParseDeckDouble(mTokens[static_cast<std::size_t>(i_token)]);
@@ -150,9 +150,9 @@ void OutputLines::SkipSeparators(int i_count)
 struct NodeSums
 {
     explicit NodeSums(int numNode)
-        : count(new(std::nothrow) int[static_cast<std::size_t>(numNode) + 1]()),
-          major(new(std::nothrow) double[static_cast<std::size_t>(numNode) + 1]()),
-          minor(new(std::nothrow) double[static_cast<std::size_t>(numNode) + 1]())
+        : count(new (std::nothrow) int[static_cast<std::size_t>(numNode) + 1]()),
+          major(new (std::nothrow) double[static_cast<std::size_t>(numNode) + 1]()),
+          minor(new (std::nothrow) double[static_cast<std::size_t>(numNode) + 1]())
     {
     }
     bool isComplete() const { return count && major && minor; }
@@ -178,7 +178,7 @@ class FormingOutput
 public:
     FormingOutput(VOZCatMesh const & i_mesh, VOZCatAxis const & i_axis, ElemProperty const & i_property,
                   Result & io_result, OutputLines & io_lines)
-        : mMesh(i_mesh), mAxis(i_axis), mProperty(i_property), mResult(io_result), mLines(io_lines)
+        : mRows(i_mesh), mAxis(i_axis), mProperty(i_property), mResult(io_result), mLines(io_lines)
     {
     }
 
@@ -192,27 +192,14 @@ private:
     bool ReadElementRow(bool i_isTriangle, ElementRow & o_row);
     void SetTriangle(int e, ElementRow const & i_row);
     void SetQuadrilateral(int e, ElementRow const (&i_rows)[4]);
-    int Position(int e, int i_corner) const;
     std::size_t NodeRow(int e, int i_corner) const;
-    int CornerCount(int e) const { return mMesh.ElementValue(e, 0) == mMesh.ElementValue(e, 3) ? 3 : 4; }
 
-    VOZCatMesh const & mMesh;
+    meshrows::Rows mRows;
     VOZCatAxis const & mAxis;
     ElemProperty const & mProperty;
     Result & mResult;
     OutputLines & mLines;
 };
-
-// VOZCatAxis::toGlobal on plain rows, less the node.
-void toDisplacement(VOZCatAxis const & axis, VOZCatMesh const & mesh, int n, float const (&q)[3], double (&o_d)[3])
-{
-    for (int c = 0; c < 3; ++c)
-    {
-        double const global = static_cast<double>(q[0]) * axis.axis(0, c) + static_cast<double>(q[1]) * axis.axis(1, c) +
-                              static_cast<double>(q[2]) * axis.axis(2, c) + axis.origin(c);
-        o_d[c] = global - mesh.NodeValue(n, c);
-    }
-}
 
 void readTriple(OutputLines const & lines, int firstToken, double (&o_row)[3])
 {
@@ -222,10 +209,9 @@ void readTriple(OutputLines const & lines, int firstToken, double (&o_row)[3])
 
 void FormingOutput::ReadNodes()
 {
-    int const numNode = mMesh.numNode();
     double row[3];
     Vec const view(row);
-    for (int n = 1; n <= numNode && mLines.NextRow(); ++n)
+    for (int n = 1; n <= mRows.numNode && mLines.NextRow(); ++n)
     {
         mLines.Split();
         readTriple(mLines, 1, row);
@@ -234,14 +220,19 @@ void FormingOutput::ReadNodes()
         mResult.disp(n, view);
     }
     // All nodes, those that the section left out too. The positions have gone through single precision by now.
-    for (int n = 1; n <= numNode; ++n)
+    rowmath::Frame const frame(mAxis);
+    auto const toDisplacement = [&](int n, double x, double y, double z)
     {
-        float const flat[3] = {mResult.disp1(n, 0), mResult.disp1(n, 1), mResult.disp1(n, 2)};
-        toDisplacement(mAxis, mMesh, n, flat, row);
+        double const local[3] = {x, y, z};
+        double global[3];
+        frame.toGlobal(local, global);
+        rowmath::subtract(global, mRows.nodes[n], row);
+    };
+    for (int n = 1; n <= mRows.numNode; ++n)
+    {
+        toDisplacement(n, mResult.disp1(n, 0), mResult.disp1(n, 1), mResult.disp1(n, 2));
         mResult.disp(n, view);
-        float const onBinder[3] = {mResult.dispOnBinder1(n, 0), mResult.dispOnBinder1(n, 1),
-                                   mResult.dispOnBinder1(n, 2)};
-        toDisplacement(mAxis, mMesh, n, onBinder, row);
+        toDisplacement(n, mResult.dispOnBinder1(n, 0), mResult.dispOnBinder1(n, 1), mResult.dispOnBinder1(n, 2));
         mResult.dispOnBinder(n, view);
     }
 }
@@ -260,24 +251,18 @@ bool FormingOutput::ReadElementRow(bool i_isTriangle, ElementRow & o_row)
     return true;
 }
 
-int FormingOutput::Position(int e, int i_corner) const
-{
-    return mMesh.ElementValue(e, i_corner) - mMesh.GetFirstNodeNumber();
-}
-
 // The row of the per-node arrays for a corner: row 0, which is no node, for one that lies outside them.
 std::size_t FormingOutput::NodeRow(int e, int i_corner) const
 {
-    int const n = Position(e, i_corner);
-    return n < 0 || n > mMesh.numNode() ? 0 : static_cast<std::size_t>(n);
+    int const n = mRows.corner(e, i_corner);
+    return n < 0 || n > mRows.numNode ? 0 : static_cast<std::size_t>(n);
 }
 
 void FormingOutput::ReadElements(NodeSums & io_sums)
 {
-    int const numElem = mMesh.numElem();
-    for (int e = 1; e <= numElem; ++e)
+    for (int e = 1; e <= mRows.numElem; ++e)
     {
-        int const corners = CornerCount(e);
+        int const corners = meshrows::cornerCount(mRows.elems[e]);
         ElementRow rows[4];
         for (int line = 0; line < (corners == 3 ? 1 : 4); ++line)
             if (!ReadElementRow(corners == 3, rows[line]))
@@ -288,8 +273,8 @@ void FormingOutput::ReadElements(NodeSums & io_sums)
             SetQuadrilateral(e, rows);
         for (int corner = 0; corner < corners; ++corner)
         {
-            int const position = Position(e, corner);
-            if (position < 0 || position > mMesh.numNode() + 1)
+            int const position = mRows.corner(e, corner);
+            if (position < 0 || position > mRows.numNode + 1)
                 std::puts("Solver::read--nums over limit");
             ElementRow const & row = rows[corners == 3 ? 0 : corner];
             std::size_t const n = NodeRow(e, corner);
@@ -331,7 +316,7 @@ void FormingOutput::SetQuadrilateral(int e, ElementRow const (&i_rows)[4])
 void FormingOutput::SetNodeStrains(NodeSums const & i_sums)
 {
     FormingLimit const limit;
-    for (int n = 1; n <= mMesh.numNode(); ++n)
+    for (int n = 1; n <= mRows.numNode; ++n)
     {
         auto const row = static_cast<std::size_t>(n);
         if (i_sums.count[row] > 0)
@@ -380,23 +365,23 @@ bool ZoneLimits::Read()
 
 bool FormingOutput::SetZones(NodeSums const & i_sums)
 {
-    int const numNode = mMesh.numNode();
+    int const numNode = mRows.numNode;
     auto const rows = static_cast<std::size_t>(numNode) + 1;
     std::unique_ptr<int[]> const safetySum(new (std::nothrow) int[rows]());
     std::unique_ptr<int[]> const formingSum(new (std::nothrow) int[rows]());
     ZoneLimits limits;
     if (!safetySum || !formingSum || !limits.Read())
         return false;
-    for (int e = 1; e <= mMesh.numElem(); ++e)
+    for (int e = 1; e <= mRows.numElem; ++e)
     {
         int forming = 0;
         int safety = 0;
         mProperty.formingLimit(mProperty.propertyIndex(e))
-            .zones(static_cast<double>(mResult.strain(e, 0)), static_cast<double>(mResult.strain(e, 1)), forming, safety,
-                   limits.thinning, limits.thinningMargin, limits.shear, limits.shearMargin, limits.wrinkle);
+            .zones(static_cast<double>(mResult.strain(e, 0)), static_cast<double>(mResult.strain(e, 1)), forming,
+                   safety, limits.thinning, limits.thinningMargin, limits.shear, limits.shearMargin, limits.wrinkle);
         mResult.forming(e, forming);
         mResult.safety(e, safety);
-        for (int corner = 0; corner < CornerCount(e); ++corner)
+        for (int corner = 0; corner < meshrows::cornerCount(mRows.elems[e]); ++corner)
         {
             std::size_t const n = NodeRow(e, corner);
             safetySum[n] += safety;

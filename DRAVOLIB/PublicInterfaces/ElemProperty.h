@@ -100,7 +100,6 @@ class ExportedByVOZDravo FullBlankHolder
 public:
     double factor() const; // the field if above 0, else by option; -1 means: use totalForce
     void factor(double i_value) { mFactor = i_value; }
-    double factorField() const { return mFactor; }    // the field itself
     double totalForce() const { return mTotalForce; } // N
     void totalForce(double i_value) { mTotalForce = i_value; }
     int option() const { return mOption; }

@@ -21,18 +21,27 @@ public:
     VOZBHFConfig(Friction const * i_friction, FullBlankHolder const * i_holder, ElemProperty const * i_property,
                  ProcessEdgeSequence const * i_sequence); // all kept by pointer
 
-    // Sets the three results and returns the force. i_records may be null.
+    // Sets the three results and returns the force. i_records may be null. Without a configuration path it returns 0
+    // and sets nothing.
     double EvalForce(VOZMechanicalProp_s const * i_records, int i_recordCount);
 
-    double m_dForce = 0.0;     // total, N
-    double m_dRestraint = 0.0; // N/m
-    double m_dLength = 0.0;    // of the outer blank holder, m
-
 private:
+    class Settings;
+    double Yield(VOZMechanicalProp_s const * i_records, int i_recordCount, int i_range) const;
+    double Factor() const;
+    void EvalBase(double i_yield);
+    void Override(Settings const & i_settings);
+    void EvalForceFromRestraint();
+
     Friction const * m_pFriction;
     FullBlankHolder const * m_pFullBlankHolder;
     ElemProperty const * m_pElemProperty;
     ProcessEdgeSequence const * m_pSequence;
+
+public:
+    double m_dForce;     // total, N
+    double m_dRestraint; // N/m
+    double m_dLength;    // of the outer blank holder, m
 };
 
 #endif

@@ -102,11 +102,12 @@ struct JobLimits
     bool isHalved = false;             // the linear term of the limit curve is halved
     double safetyMargin = 10.0;        // percent of major strain
     double planeStrainTolerance = 5.0; // percent of the major strain
-    double thinning = 0.0;             // percent; 0: this test is off
-    double thinningMargin = 0.0;
-    double shear = 0.0; // percent
-    double shearMargin = 0.0;
-    double wrinkle = 0.0;
+    // Further tests, each off at 0. Shear: (major less minor true strain) / 2, as engineering strain.
+    double thinning = 25.0;       // percent of the first thickness: failure
+    double thinningMargin = 20.0; // marginal
+    double shear = 120.0;
+    double shearMargin = 100.0;
+    double wrinkle = 5.0; // handed on; no zone depends on it
 };
 
 struct JobOutputs

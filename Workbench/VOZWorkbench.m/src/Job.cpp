@@ -4,9 +4,10 @@
 
 #include "FormingLimit.h"
 #include "JobParts.h"
+#include "OutputFile.h"
 #include "TextFile.h"
 
-#include <algorithm>
+#include <cmath>
 #include <filesystem>
 
 namespace voz::workbench
@@ -222,9 +223,9 @@ void ReadActions(JobTable & io_root, Job & io_job)
     }
 }
 
-double Thinning(JobTable & io_table, std::string const & i_key)
+double Thinning(JobTable & io_table, std::string const & i_key, double i_default)
 {
-    double const percent = io_table.Quantity(i_key, Dimension::Ratio, 0.0);
+    double const percent = io_table.Quantity(i_key, Dimension::Ratio, i_default);
     if (!(percent >= 0.0 && percent < 100.0))
         io_table.Refuse(i_key, "must be from 0 % (off) to below 100 %");
     return percent;
@@ -247,11 +248,12 @@ void ReadLimits(JobTable & io_root, Job & io_job)
     limits.planeStrainTolerance =
         NotNegative(table, "plane_strain_tolerance",
                     table.Quantity("plane_strain_tolerance", Dimension::Ratio, limits.planeStrainTolerance));
-    limits.thinning = Thinning(table, "thinning");
-    limits.thinningMargin = Thinning(table, "thinning_margin");
-    limits.shear = NotNegative(table, "shear", table.Quantity("shear", Dimension::Ratio, 0.0));
-    limits.shearMargin = NotNegative(table, "shear_margin", table.Quantity("shear_margin", Dimension::Ratio, 0.0));
-    limits.wrinkle = NotNegative(table, "wrinkle", table.Quantity("wrinkle", Dimension::Ratio, 0.0));
+    limits.thinning = Thinning(table, "thinning", limits.thinning);
+    limits.thinningMargin = Thinning(table, "thinning_margin", limits.thinningMargin);
+    limits.shear = NotNegative(table, "shear", table.Quantity("shear", Dimension::Ratio, limits.shear));
+    limits.shearMargin =
+        NotNegative(table, "shear_margin", table.Quantity("shear_margin", Dimension::Ratio, limits.shearMargin));
+    limits.wrinkle = NotNegative(table, "wrinkle", table.Quantity("wrinkle", Dimension::Ratio, limits.wrinkle));
     if (limits.thinningMargin > limits.thinning)
         table.Refuse("thinning_margin", "must not be above thinning: it marks what is near the limit");
     if (limits.shearMargin > limits.shear)

@@ -8,6 +8,7 @@
 #include "FormingChart.h"
 #include "Html.h"
 #include "OutputFile.h"
+#include "Viewer.h"
 
 #include <algorithm>
 #include <numeric>
@@ -33,10 +34,11 @@ table { border-collapse: collapse; margin: 1rem 0; font-variant-numeric: tabular
 caption { text-align: left; font-weight: bold; padding: 0.3rem 0; }
 th, td { border-bottom: 1px solid #ccc; padding: 0.25rem 0.8rem; text-align: left; vertical-align: top; }
 td { text-align: right; }
+canvas { width: 100%; height: 32rem; border: 1px solid #ddd; touch-action: none; }
 nav a { margin-right: 1rem; }
 pre { background: #f5f5f5; padding: 0.8rem; overflow-x: auto; }
 .failed { color: #a00; font-weight: bold; }
-@media print { body { font-size: 11px; margin: 0; } nav { display: none; } @page { size: A4; margin: 15mm; } }
+@media print { body { font-size: 11px; margin: 0; } nav, canvas, #part h3, #part p { display: none; } @page { size: A4; margin: 15mm; } }
 </style>
 )";
 
@@ -132,7 +134,7 @@ std::string part(Outcome const & outcome)
     html += Figure(DrawZones(outcome, ZoneKind::Forming), "Forming zones: the state of strain of each element.");
     html += Figure(DrawField(outcome, {"major strain", "%", [](E const & e) { return e.major; }, 1}),
                    "Major strain, engineering percent.");
-    return html + "</section>\n";
+    return html + "<h3>In three dimensions</h3>\n" + Viewer(outcome) + "</section>\n";
 }
 
 std::string formingLimit(Outcome const & outcome)

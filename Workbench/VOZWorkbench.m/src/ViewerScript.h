@@ -92,7 +92,7 @@ constexpr char const * kViewerScript = R"JS(<script>
     gl.viewport(0, 0, canvas.width, canvas.height);
     gl.clearColor(1, 1, 1, 1); gl.enable(gl.DEPTH_TEST); gl.clear(gl.COLOR_BUFFER_BIT | gl.DEPTH_BUFFER_BIT);
     const ct = Math.cos(state.turn), st = Math.sin(state.turn), ce = Math.cos(state.tilt), se = Math.sin(state.tilt);
-    place("turn", (at) => gl.uniformMatrix3fv(at, false, [ct, st * ce, -st * -se, -st, ct * ce, ct * -se, 0, se, ce]));
+    place("turn", (at) => gl.uniformMatrix3fv(at, false, [ct, st * ce, -st * se, -st, ct * ce, ct * -se, 0, se, ce]));
     place("centre", (at) => gl.uniform3fv(at, centre));
     place("scale", (at) => gl.uniform1f(at, state.zoom / size));
     place("stage", (at) => gl.uniform1f(at, state.stage));

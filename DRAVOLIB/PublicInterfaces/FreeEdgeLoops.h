@@ -30,11 +30,16 @@ public:
     double length() const { return mLoopLength[mOuterLoop]; }
 
 private:
+    bool chain(FreeEdgeSet const & i_edges, VOZCatMesh const & i_mesh, int * o_loopOf); // false: refused
+    void measure(FreeEdgeSet const & i_edges, VOZCatMesh const & i_mesh, int const * i_loopOf);
+    void chooseOuterLoop(FreeEdgeSet const & i_edges, VOZCatMesh const & i_mesh);
+    void release();
+
     int mNumLoops;
-    int * mLoopSize;
-    int * mLoopStart;
-    int * mLoopEdge;
-    double * mLoopLength;
+    int * mLoopSize;      // loops 1 .. mNumLoops; entry 0 is 0
+    int * mLoopStart;     // position before the first edge of each loop
+    int * mLoopEdge;      // all edges from position 1, loop after loop, in walking order
+    double * mLoopLength; // mm
     int mOuterLoop;
 };
 

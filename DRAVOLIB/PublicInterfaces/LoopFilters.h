@@ -44,12 +44,13 @@ public:
     int isSymmetryEdge(int i) const; // position in the outer loop, from 1: 0, 1 (xz) or 2 (yz); 0 beyond its end
 
 private:
+    void release();
+
     int mNumXZ;
     int mNumYZ;
-    int * mMark;
+    int * mMark; // positions 1 .. numOuter of the outer loop; entry 0 holds numOuter
     int * mXZNode;
     int * mYZNode;
-    int mNumMark;
 };
 
 // The free edges that the full blank holder acts on: the outer loop and the large inner ones, less symmetry edges.

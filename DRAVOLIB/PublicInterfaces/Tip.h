@@ -34,6 +34,11 @@ protected:
     void extents(VOZCatAxis & i_axis, BoundBox & o_box) const; // of all nodes, in local coordinates
     void intersect(Vec & o_point, Plane const & a, Plane const & b, Plane const & c) const; // perpendicular planes only
 
+    // The global position of the lower corner of all nodes' local box. The frame's origin becomes 0.
+    Vec lowerCorner(VOZCatAxis & io_axis) const;
+    // The frame of a half model: rows from plane and direction, origin on the plane at the lowest y and z.
+    void layHalfFrame(VOZCatAxis & o_axis, Plane const & i_plane, Vec const & i_direction) const;
+
     VOZCatMesh const * mMesh;
 };
 

@@ -8,6 +8,8 @@
 
 #include "Mesh.h"
 
+#include <algorithm>
+
 namespace meshrows
 {
 // label - offset without overflow, whatever the label.
@@ -41,8 +43,8 @@ struct Rows
     VOZCatMesh const & mesh;
 
     explicit Rows(VOZCatMesh const & i_mesh)
-        : nodes(i_mesh.GetNodeData()), elems(i_mesh.GetElemData()), numNode(nodes ? i_mesh.numNode() : 0),
-          numElem(elems ? i_mesh.numElem() : 0), firstNode(i_mesh.GetFirstNodeNumber()), mesh(i_mesh)
+        : nodes(i_mesh.GetNodeData()), elems(i_mesh.GetElemData()), numNode(nodes ? std::max(i_mesh.numNode(), 0) : 0),
+          numElem(elems ? std::max(i_mesh.numElem(), 0) : 0), firstNode(i_mesh.GetFirstNodeNumber()), mesh(i_mesh)
     {
     }
 

@@ -4,8 +4,7 @@
 
 #include <gtest/gtest.h>
 
-namespace
-{
+// Of linkage to the outside, so that the metadata of both need not be used up.
 class Animal : public CATBaseUnknown
 {
     CATDeclareClass;
@@ -26,9 +25,13 @@ class Dog : public Animal
 public:
     using Animal::Animal;
 };
-CATImplementClass(Animal, CATBaseUnknown) CATImplementClass(Dog, Animal) CATDeclareInterfaceVar(Animal);
+CATImplementClass(Animal, CATBaseUnknown)
+CATImplementClass(Dog, Animal)
+CATDeclareInterfaceVar(Animal);
 CATDeclareInterfaceVar(Dog);
 
+namespace
+{
 TEST(BaseUnknown, RegistersUnderItsNameWithTypeBaseAndTheTwoTexts)
 {
     CATMetaClass const * const meta = Animal::MetaObject();

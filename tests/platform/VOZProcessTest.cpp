@@ -100,7 +100,7 @@ TEST_F(Process, SplitsACommandLineByTheQuotingRules)
 }
 
 // The inverse of the rules: quotes always, backslashes ahead of a quote doubled.
-std::string quoted(std::string const & word)
+std::string inQuotes(std::string const & word)
 {
     std::string text = "\"";
     std::size_t slashes = 0;
@@ -131,7 +131,7 @@ TEST_F(Process, RandomArgumentsArriveAsTheyWereQuoted)
             word.resize(random() % 9);
             for (char & c : word)
                 c = letters[random() % sizeof letters];
-            tail += quoted(word) + " ";
+            tail += inQuotes(word) + " ";
         }
         EXPECT_EQ(Received(tail), words) << tail;
     }

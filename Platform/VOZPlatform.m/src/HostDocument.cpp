@@ -15,240 +15,242 @@
 #include <string_view>
 #include <utility>
 
-CATImplementClass(CATDocument, CATBaseUnknown) CATImplementClass(CATInit, CATBaseUnknown)
-    CATImplementClass(CATILinkableObject, CATBaseUnknown) CATImplementClass(CATISpecObject, CATBaseUnknown)
-        CATImplementClass(CATISamAnalysisModel, CATBaseUnknown)
-            CATImplementClass(CATISamAnalysisManager, CATBaseUnknown)
-                CATImplementClass(CATISamAnalysisContainer, CATBaseUnknown)
-                    CATImplementClass(CATISamAccess, CATBaseUnknown)
-                        CATImplementClass(CATISamAnalysisScan, CATBaseUnknown)
-                            CATImplementClass(CATISamAnalysisSet, CATBaseUnknown)
-                                CATImplementClass(CATIMSHMeshPart, CATBaseUnknown)
-                                    CATImplementClass(CATIContainer, CATBaseUnknown)
-                                        CATImplementClass(CATIPrtContainer, CATBaseUnknown)
-                                            CATImplementClass(CATICkeParmFactory, CATBaseUnknown)
-                                                CATImplementClass(CATICkeParm, CATBaseUnknown)
-                                                    CATImplementClass(CATIParmPublisher, CATBaseUnknown)
+CATImplementClass(CATDocument, CATBaseUnknown)
+CATImplementClass(CATInit, CATBaseUnknown)
+CATImplementClass(CATILinkableObject, CATBaseUnknown)
+CATImplementClass(CATISpecObject, CATBaseUnknown)
+CATImplementClass(CATISamAnalysisModel, CATBaseUnknown)
+CATImplementClass(CATISamAnalysisManager, CATBaseUnknown)
+CATImplementClass(CATISamAnalysisContainer, CATBaseUnknown)
+CATImplementClass(CATISamAccess, CATBaseUnknown)
+CATImplementClass(CATISamAnalysisScan, CATBaseUnknown)
+CATImplementClass(CATISamAnalysisSet, CATBaseUnknown)
+CATImplementClass(CATIMSHMeshPart, CATBaseUnknown)
+CATImplementClass(CATIContainer, CATBaseUnknown)
+CATImplementClass(CATIPrtContainer, CATBaseUnknown)
+CATImplementClass(CATICkeParmFactory, CATBaseUnknown)
+CATImplementClass(CATICkeParm, CATBaseUnknown)
+CATImplementClass(CATIParmPublisher, CATBaseUnknown)
 
-                                                        namespace
+namespace
 {
-    using Record = std::shared_ptr<VOZHostDocument>;
+using Record = std::shared_ptr<VOZHostDocument>;
 
-    enum class Kind
+enum class Kind
+{
+    Document,
+    Root, // the root container
+    Manager,
+    Model,
+    MeshSet,
+    Member,  // of the mesh set
+    Support, // what a mesh part lies on
+    Part,    // the mechanical part
+    Parm
+};
+
+struct Part
+{
+    Kind kind;
+    Record record;
+    std::size_t index = 0; // of a member or a parameter
+};
+
+long ask(Part const & part, char const * interface, CATBaseUnknown ** o_object);
+
+// The part's face of that interface with one reference, or null.
+CATBaseUnknown * give(Part const & part, char const * interface)
+{
+    CATBaseUnknown * object = nullptr;
+    ask(part, interface, &object);
+    return object;
+}
+
+template <class Interface>
+CATInterfaceVar<Interface> giveVar(Part const & part)
+{
+    return CATInterfaceVar<Interface>::Adopt(static_cast<Interface *>(give(part, Interface::ClassName())));
+}
+
+template <class Interface>
+class Face : public Interface
+{
+public:
+    explicit Face(Part i_part) : mPart(std::move(i_part)) {}
+    long QueryInterface(char const * i_interface, CATBaseUnknown ** o_object) override
     {
-        Document,
-        Root, // the root container
-        Manager,
-        Model,
-        MeshSet,
-        Member,  // of the mesh set
-        Support, // what a mesh part lies on
-        Part,    // the mechanical part
-        Parm
-    };
+        return ask(mPart, i_interface, o_object);
+    }
 
-    struct Part
+protected:
+    Part Other(Kind i_kind, std::size_t i_index = 0) const { return {i_kind, mPart.record, i_index}; }
+
+    Part mPart;
+};
+
+class InitFace : public Face<CATInit>
+{
+public:
+    using Face::Face;
+    CATBaseUnknown * GetRootContainer(char const * i_interface) override
     {
-        Kind kind;
-        Record record;
-        std::size_t index = 0; // of a member or a parameter
-    };
+        return give(Other(Kind::Root), i_interface);
+    }
+};
 
-    long ask(Part const & part, char const * interface, CATBaseUnknown ** o_object);
+class AccessFace : public Face<CATISamAccess>
+{
+public:
+    using Face::Face;
+    CATBaseUnknown_var GetAnalysisContainer() override { return giveVar<CATBaseUnknown>(Other(Kind::Root)); }
+};
 
-    // The part's face of that interface with one reference, or null.
-    CATBaseUnknown * give(Part const & part, char const * interface)
+class AnalysisContainerFace : public Face<CATISamAnalysisContainer>
+{
+public:
+    using Face::Face;
+    CATISamAnalysisManager_var GetAnalysisManager() override
+    {
+        return giveVar<CATISamAnalysisManager>(Other(Kind::Manager));
+    }
+};
+
+class ManagerFace : public Face<CATISamAnalysisManager>
+{
+public:
+    using Face::Face;
+    long GetAnalysisModel(CATISamAnalysisModel ** o_model) override
     {
         CATBaseUnknown * object = nullptr;
-        ask(part, interface, &object);
-        return object;
+        long const status = ask(Other(Kind::Model), CATISamAnalysisModel::ClassName(), &object);
+        *o_model = static_cast<CATISamAnalysisModel *>(object);
+        return status;
     }
-
-    template <class Interface>
-    CATInterfaceVar<Interface> giveVar(Part const & part)
+    long GetLinkedDocuments(CATListPtrCATDocument & io_documents) override
     {
-        return CATInterfaceVar<Interface>::Adopt(static_cast<Interface *>(give(part, Interface::ClassName())));
+        if (mPart.record->withheld.count("CATListPtrCATDocument") != 0)
+            return E_NOINTERFACE;
+        for (Record const & link : mPart.record->links)
+            if (link != nullptr)
+                io_documents.Append(link->Object());
+        return 0;
     }
+};
 
-    template <class Interface>
-    class Face : public Interface
+class ScanFace : public Face<CATISamAnalysisScan>
+{
+public:
+    using Face::Face;
+    std::vector<CATBaseUnknown_var> Scan(char const * i_type, int i_argument) override
     {
-    public:
-        explicit Face(Part i_part) : mPart(std::move(i_part)) {}
-        long QueryInterface(char const * i_interface, CATBaseUnknown ** o_object) override
-        {
-            return ask(mPart, i_interface, o_object);
-        }
+        std::vector<CATBaseUnknown_var> found;
+        if (i_argument == 3 && std::string_view(i_type) == "MSHMeshSet" && !mPart.record->meshSet.empty())
+            found.push_back(giveVar<CATBaseUnknown>(Other(Kind::MeshSet)));
+        return found;
+    }
+};
 
-    protected:
-        Part Other(Kind i_kind, std::size_t i_index = 0) const { return {i_kind, mPart.record, i_index}; }
-
-        Part mPart;
-    };
-
-    class InitFace : public Face<CATInit>
+class SetFace : public Face<CATISamAnalysisSet>
+{
+public:
+    using Face::Face;
+    std::vector<CATISpecObject_var> GetMembers() override
     {
-    public:
-        using Face::Face;
-        CATBaseUnknown * GetRootContainer(char const * i_interface) override
-        {
-            return give(Other(Kind::Root), i_interface);
-        }
-    };
+        std::vector<CATISpecObject_var> members;
+        for (std::size_t i = 0; i < mPart.record->meshSet.size(); ++i)
+            members.push_back(giveVar<CATISpecObject>(Other(Kind::Member, i)));
+        return members;
+    }
+};
 
-    class AccessFace : public Face<CATISamAccess>
+class MeshPartFace : public Face<CATIMSHMeshPart>
+{
+public:
+    using Face::Face;
+    CATBaseUnknown_var GetSupport() override
     {
-    public:
-        using Face::Face;
-        CATBaseUnknown_var GetAnalysisContainer() override { return giveVar<CATBaseUnknown>(Other(Kind::Root)); }
-    };
+        Record const support = mPart.record->meshSet.at(mPart.index).support;
+        return support != nullptr ? giveVar<CATBaseUnknown>({Kind::Support, support}) : CATBaseUnknown_var();
+    }
+};
 
-    class AnalysisContainerFace : public Face<CATISamAnalysisContainer>
-    {
-    public:
-        using Face::Face;
-        CATISamAnalysisManager_var GetAnalysisManager() override
-        {
-            return giveVar<CATISamAnalysisManager>(Other(Kind::Manager));
-        }
-    };
+class LinkableFace : public Face<CATILinkableObject>
+{
+public:
+    using Face::Face;
+    CATDocument * GetDocument() override { return mPart.record->Object(); }
+};
 
-    class ManagerFace : public Face<CATISamAnalysisManager>
-    {
-    public:
-        using Face::Face;
-        long GetAnalysisModel(CATISamAnalysisModel ** o_model) override
-        {
-            CATBaseUnknown * object = nullptr;
-            long const status = ask(Other(Kind::Model), CATISamAnalysisModel::ClassName(), &object);
-            *o_model = static_cast<CATISamAnalysisModel *>(object);
-            return status;
-        }
-        long GetLinkedDocuments(CATListPtrCATDocument & io_documents) override
-        {
-            if (mPart.record->withheld.count("CATListPtrCATDocument") != 0)
-                return E_NOINTERFACE;
-            for (Record const & link : mPart.record->links)
-                if (link != nullptr)
-                    io_documents.Append(link->Object());
-            return 0;
-        }
-    };
+class PrtContainerFace : public Face<CATIPrtContainer>
+{
+public:
+    using Face::Face;
+    CATISpecObject_var GetPart() override { return giveVar<CATISpecObject>(Other(Kind::Part)); }
+};
 
-    class ScanFace : public Face<CATISamAnalysisScan>
+class PublisherFace : public Face<CATIParmPublisher>
+{
+public:
+    using Face::Face;
+    std::vector<CATBaseUnknown_var> GetPublished(char const * i_type) override
     {
-    public:
-        using Face::Face;
-        std::vector<CATBaseUnknown_var> Scan(char const * i_type, int i_argument) override
-        {
-            std::vector<CATBaseUnknown_var> found;
-            if (i_argument == 3 && std::string_view(i_type) == "MSHMeshSet" && !mPart.record->meshSet.empty())
-                found.push_back(giveVar<CATBaseUnknown>(Other(Kind::MeshSet)));
-            return found;
-        }
-    };
-
-    class SetFace : public Face<CATISamAnalysisSet>
-    {
-    public:
-        using Face::Face;
-        std::vector<CATISpecObject_var> GetMembers() override
-        {
-            std::vector<CATISpecObject_var> members;
-            for (std::size_t i = 0; i < mPart.record->meshSet.size(); ++i)
-                members.push_back(giveVar<CATISpecObject>(Other(Kind::Member, i)));
-            return members;
-        }
-    };
-
-    class MeshPartFace : public Face<CATIMSHMeshPart>
-    {
-    public:
-        using Face::Face;
-        CATBaseUnknown_var GetSupport() override
-        {
-            Record const support = mPart.record->meshSet.at(mPart.index).support;
-            return support != nullptr ? giveVar<CATBaseUnknown>({Kind::Support, support}) : CATBaseUnknown_var();
-        }
-    };
-
-    class LinkableFace : public Face<CATILinkableObject>
-    {
-    public:
-        using Face::Face;
-        CATDocument * GetDocument() override { return mPart.record->Object(); }
-    };
-
-    class PrtContainerFace : public Face<CATIPrtContainer>
-    {
-    public:
-        using Face::Face;
-        CATISpecObject_var GetPart() override { return giveVar<CATISpecObject>(Other(Kind::Part)); }
-    };
-
-    class PublisherFace : public Face<CATIParmPublisher>
-    {
-    public:
-        using Face::Face;
-        std::vector<CATBaseUnknown_var> GetPublished(char const * i_type) override
-        {
-            std::vector<CATBaseUnknown_var> published;
-            if (std::string_view(i_type) != CATICkeParm::ClassName())
-                return published;
-            for (std::size_t i = 0; i < mPart.record->parameters.size(); ++i)
-                published.push_back(giveVar<CATBaseUnknown>(Other(Kind::Parm, i)));
+        std::vector<CATBaseUnknown_var> published;
+        if (std::string_view(i_type) != CATICkeParm::ClassName())
             return published;
-        }
-    };
-
-    class ParmFace : public Face<CATICkeParm>
-    {
-    public:
-        using Face::Face;
-        CATUnicodeString ShortName() const override { return Parameter().shortName.c_str(); }
-        CATUnicodeString FullName() const override { return Parameter().fullName.c_str(); }
-        CATUnicodeString ValueAsText() const override { return Parameter().value.c_str(); }
-
-    private:
-        VOZHostDocument::Parameter const & Parameter() const { return mPart.record->parameters.at(mPart.index); }
-    };
-
-    bool always(Part const &)
-    {
-        return true;
+        for (std::size_t i = 0; i < mPart.record->parameters.size(); ++i)
+            published.push_back(giveVar<CATBaseUnknown>(Other(Kind::Parm, i)));
+        return published;
     }
-    bool ofAnalysis(Part const & part)
-    {
-        return part.record->isAnalysis;
-    }
-    bool ofPart(Part const & part)
-    {
-        return part.record->isPart;
-    }
-    bool ofContainer(Part const & part)
-    {
-        return ofAnalysis(part) || ofPart(part);
-    }
-    bool ofMeshPart(Part const & part)
-    {
-        return part.record->meshSet.at(part.index).isMeshPart;
-    }
+};
 
-    template <class Made>
-    CATBaseUnknown * make(Part const & part)
-    {
-        return new Made(part);
-    }
+class ParmFace : public Face<CATICkeParm>
+{
+public:
+    using Face::Face;
+    CATUnicodeString ShortName() const override { return Parameter().shortName.c_str(); }
+    CATUnicodeString FullName() const override { return Parameter().fullName.c_str(); }
+    CATUnicodeString ValueAsText() const override { return Parameter().value.c_str(); }
 
-    struct FaceRule
-    {
-        Kind kind;
-        std::string_view interface;
-        bool (*shows)(Part const &);
-        CATBaseUnknown * (*make)(Part const &);
-    };
+private:
+    VOZHostDocument::Parameter const & Parameter() const { return mPart.record->parameters.at(mPart.index); }
+};
 
-    // clang-format off
+bool always(Part const &)
+{
+    return true;
+}
+bool ofAnalysis(Part const & part)
+{
+    return part.record->isAnalysis;
+}
+bool ofPart(Part const & part)
+{
+    return part.record->isPart;
+}
+bool ofContainer(Part const & part)
+{
+    return ofAnalysis(part) || ofPart(part);
+}
+bool ofMeshPart(Part const & part)
+{
+    return part.record->meshSet.at(part.index).isMeshPart;
+}
+
+template <class Made>
+CATBaseUnknown * make(Part const & part)
+{
+    return new Made(part);
+}
+
+struct FaceRule
+{
+    Kind kind;
+    std::string_view interface;
+    bool (*shows)(Part const &);
+    CATBaseUnknown * (*make)(Part const &);
+};
+
+// clang-format off
 constexpr FaceRule kFaces[] = {
     {Kind::Document, "CATInit",                  always,      make<InitFace>},
     {Kind::Document, "CATISamAccess",            ofAnalysis,  make<AccessFace>},
@@ -268,20 +270,20 @@ constexpr FaceRule kFaces[] = {
     {Kind::Part,     "CATIParmPublisher",        always,      make<PublisherFace>},
     {Kind::Parm,     "CATICkeParm",              always,      make<ParmFace>},
 };
-    // clang-format on
+// clang-format on
 
-    long ask(Part const & part, char const * interface, CATBaseUnknown ** o_object)
-    {
-        *o_object = nullptr;
-        std::string_view const wanted(interface != nullptr ? interface : "");
-        if (wanted == CATBaseUnknown::ClassName())
-            *o_object = new Face<CATBaseUnknown>(part);
-        else if (part.record->withheld.count(std::string(wanted)) == 0)
-            for (FaceRule const & rule : kFaces)
-                if (rule.kind == part.kind && rule.interface == wanted && rule.shows(part))
-                    *o_object = rule.make(part);
-        return *o_object != nullptr ? 0 : E_NOINTERFACE;
-    }
+long ask(Part const & part, char const * interface, CATBaseUnknown ** o_object)
+{
+    *o_object = nullptr;
+    std::string_view const wanted(interface != nullptr ? interface : "");
+    if (wanted == CATBaseUnknown::ClassName())
+        *o_object = new Face<CATBaseUnknown>(part);
+    else if (part.record->withheld.count(std::string(wanted)) == 0)
+        for (FaceRule const & rule : kFaces)
+            if (rule.kind == part.kind && rule.interface == wanted && rule.shows(part))
+                *o_object = rule.make(part);
+    return *o_object != nullptr ? 0 : E_NOINTERFACE;
+}
 } // namespace
 
 // Owned by its record; where a caller has counted it up, it outlives the record as a document without name or faces.

@@ -1,0 +1,43 @@
+// RunFiles.h: the summary and the log that a run leaves in the working folder.
+//
+// Both are optional: where a file cannot be opened or written the run goes on without it. Numbers have a decimal point
+// whatever the locale, and neither file holds a time, so that equal jobs leave equal files.
+
+#ifndef RUNFILES_H
+#define RUNFILES_H
+
+#include "onestep/OneStep.h"
+
+#include <cstdio>
+#include <memory>
+#include <string>
+
+struct VOZMultiStageSolverIOData_s;
+
+class RunFiles
+{
+public:
+    explicit RunFiles(VOZMultiStageSolverIOData_s const & i_data);
+
+    void Log(std::string const & i_line);
+    void Summarise(voz::onestep::Problem const & i_problem, voz::onestep::Solution const & i_solution);
+    void Refused(std::string const & i_reason); // a job that never reached the solver
+
+private:
+    void Write(std::string const & i_text);
+
+    struct Closed
+    {
+        void operator()(std::FILE * i_pFile) const { std::fclose(i_pFile); }
+    };
+    std::unique_ptr<std::FILE, Closed> m_pLog;
+    std::string m_summaryPath; // empty: no summary
+};
+
+// The area of the flat blank, m^2.
+double FlatArea(voz::onestep::Problem const & i_problem, voz::onestep::Solution const & i_solution);
+
+// "folder/name" in UTF-8; empty if there is no name.
+std::string PathInFolder(unsigned short const * i_strFolder, unsigned short const * i_strName);
+
+#endif

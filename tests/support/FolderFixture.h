@@ -22,18 +22,18 @@ protected:
         folder = std::filesystem::path(VOZ_BINARY_DIR) / "test_folders" / name;
         std::filesystem::remove_all(folder);
         std::filesystem::create_directories(folder);
-        before = std::filesystem::current_path();
+        folderBefore = std::filesystem::current_path();
         std::filesystem::current_path(folder);
         host.environment["VOZDRAVO3D"] = folder.string();
         config("");
     }
-    ~FolderFixture() override { std::filesystem::current_path(before); }
+    ~FolderFixture() override { std::filesystem::current_path(folderBefore); }
 
     // Writes the configuration file.
     void config(std::string const & text) { std::ofstream(folder / "config.cfg", std::ios::binary) << text; }
 
     std::filesystem::path folder; // also the current one; left behind for a look
-    std::filesystem::path before;
+    std::filesystem::path folderBefore;
 };
 
 #endif

@@ -20,6 +20,7 @@ namespace
 
 constexpr double kCornerCosine = 0.8660254037844387; // of 30 degrees
 constexpr double kGreatestBulge = 1.0;               // half a circle a piece
+constexpr double kStraight = 0.1;                    // of the tolerance: straight enough to need no arc
 
 struct Piece
 {
@@ -104,16 +105,16 @@ private:
         return {good, piece};
     }
 
+    // A line where one is as good as exact; else the better of line and arc.
     std::optional<Piece> fit(std::size_t i, std::size_t run) const
     {
         Piece const line{0.0, deviation(i, run, 0.0)};
-        if (line.deviation <= mTolerance)
+        if (line.deviation <= kStraight * mTolerance)
             return line;
         double const bulge = bestBulge(i, run);
-        if (!(std::abs(bulge) <= kGreatestBulge))
-            return std::nullopt;
-        Piece const arc{bulge, deviation(i, run, bulge)};
-        return arc.deviation <= mTolerance ? std::optional<Piece>(arc) : std::nullopt;
+        Piece const arc{bulge, std::abs(bulge) <= kGreatestBulge ? deviation(i, run, bulge) : INFINITY};
+        Piece const & better = arc.deviation < line.deviation ? arc : line;
+        return better.deviation <= mTolerance ? std::optional<Piece>(better) : std::nullopt;
     }
 
     // The arc through both ends and the point farthest from their chord.

@@ -102,7 +102,9 @@ struct Solution
     std::vector<double> equivalentStress; // Pa, 3 per point: mid, top, bottom
     double punchForce = 0.0;              // N
     double work = 0.0;                    // of forming, J
-    int newtonSteps = 0;
+    int newtonSteps = 0;           // of the piece that needed most
+    int startSteps = 0;            // of the start, likewise
+    int lockedEdges = 0;           // holder edges whose force meant "no draw-in"
     double residual = 0.0;         // relative, at the end
     double holdingShare = 0.0;     // |lambda| / F_ref
     double leastDeterminant = 0.0; // of G

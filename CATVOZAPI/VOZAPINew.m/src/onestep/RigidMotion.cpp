@@ -1,0 +1,364 @@
+// RigidMotion.cpp: bordering without dense rows.
+//
+// Dense rows in a sparse factor cost more than all the rest. Instead the unknowns E are pinned by alpha, the mean size of the diagonal, and with
+// J_s = J + alpha E E^T, [z, Zb, Ze] = J_s^-1 [-R, Br, E]:
+//
+//     [ -Cr^T Zb   alpha Cr^T Ze    ] [lambda]   [ -Cr^T z ]
+//     [ -E^T Zb    alpha E^T Ze - 1 ] [  mu  ] = [ -E^T z  ],    dX = z - Zb lambda + alpha Ze mu
+//
+// Placing without holds is the plane problem of Procrustes in closed form. With holds the angle is searched for: for each angle the
+// best shift follows from a small linear system; a slight pull towards the projection decides what the holds leave open.
+
+#include "onestep/RigidMotion.h"
+
+#include <Eigen/Dense>
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+namespace voz::onestep
+{
+
+using geometry::Vec2;
+using geometry::Vec3;
+
+namespace
+{
+
+constexpr double kFreeShare = 1.0e-10;    // of the largest eigenvalue of the constraint rows' Gram matrix
+constexpr double kPullToProjection = 1e-8; // against the holds
+constexpr int kAngles = 72;               // of the first search
+
+std::size_t at(int i)
+{
+    return static_cast<std::size_t>(i);
+}
+
+Vec2 centreOf(std::span<Vec2 const> i_flat)
+{
+    Vec2 sum;
+    for (Vec2 const x : i_flat)
+        sum = sum + x;
+    return (1.0 / static_cast<double>(i_flat.size())) * sum;
+}
+
+double sizeOf(std::span<Vec2 const> i_flat, Vec2 i_centre)
+{
+    double greatest = 0.0;
+    for (Vec2 const x : i_flat)
+        greatest = std::max(greatest, dot(x - i_centre, x - i_centre));
+    return greatest > 0.0 ? std::sqrt(greatest) : 1.0;
+}
+
+struct Modes
+{
+    Vec2 centre;
+    double size;
+    explicit Modes(std::span<Vec2 const> i_flat) : centre(centreOf(i_flat)), size(sizeOf(i_flat, centre)) {}
+    Vec2 displacement(RigidMotion const & i_motion, Vec2 i_x) const
+    {
+        Vec2 const turn = (i_motion[2] / size) * turnedLeft(i_x - centre);
+        return {i_motion[0] + turn.x, i_motion[1] + turn.y};
+    }
+};
+
+// Mean-square distance to the holds as a quadratic form in q = (cos, sin, shift x, shift y):  q^T A q - 2 b^T q + c.
+struct PlacingForm
+{
+    Eigen::Matrix4d a = Eigen::Matrix4d::Zero();
+    Eigen::Vector4d b = Eigen::Vector4d::Zero();
+    double c = 0.0;
+
+    void add(double i_weight, Vec2 i_direction, Vec2 i_x, double i_target)
+    {
+        Eigen::Vector4d const row(dot(i_direction, i_x), dot(i_direction, turnedLeft(i_x)), i_direction.x, i_direction.y);
+        a += i_weight * row * row.transpose();
+        b += i_weight * i_target * row;
+        c += i_weight * i_target * i_target;
+    }
+    // Best value over the shift for an angle, and the shift.
+    double value(double i_angle, Eigen::Vector2d & o_shift) const
+    {
+        Eigen::Vector2d const turn(std::cos(i_angle), std::sin(i_angle));
+        Eigen::Vector2d const right = b.tail<2>() - a.bottomLeftCorner<2, 2>() * turn;
+        o_shift = a.bottomRightCorner<2, 2>().ldlt().solve(right);
+        return turn.dot(a.topLeftCorner<2, 2>() * turn) - 2.0 * b.head<2>().dot(turn) - o_shift.dot(right) + c;
+    }
+};
+
+struct Placing
+{
+    double angle, value;
+    Eigen::Vector2d shift;
+};
+
+Placing bestPlacing(PlacingForm const & i_form)
+{
+    double const step = 2.0 * std::numbers::pi / kAngles;
+    Placing best{0.0, 0.0, {}};
+    best.value = i_form.value(0.0, best.shift);
+    for (int i = 1; i < kAngles; ++i)
+    {
+        Eigen::Vector2d shift;
+        double const value = i_form.value(i * step, shift);
+        if (value < best.value)
+            best = {i * step, value, shift};
+    }
+    double low = best.angle - step, high = best.angle + step;
+    double const golden = 0.5 * (std::sqrt(5.0) - 1.0);
+    for (int i = 0; i < 80; ++i)
+    {
+        double const left = high - golden * (high - low), right = low + golden * (high - low);
+        Eigen::Vector2d shift;
+        bool const leftIsBetter = i_form.value(left, shift) < i_form.value(right, shift);
+        (leftIsBetter ? high : low) = leftIsBetter ? right : left;
+    }
+    best.angle = 0.5 * (low + high);
+    best.value = i_form.value(best.angle, best.shift);
+    return best;
+}
+
+// Both sets of points are taken about their own centres, so that a part far from the origin loses no digits.
+struct PlacingProblem
+{
+    Vec2 flatCentre, partCentre;
+    PlacingForm form;
+    bool hasHolds = false;
+};
+
+PlacingProblem buildPlacing(Piece const & i_piece, std::span<Vec2 const> i_flat)
+{
+    PlacingProblem problem;
+    for (std::size_t i = 0; i < i_flat.size(); ++i)
+    {
+        double const w = i_piece.weight[i] / i_piece.area;
+        problem.flatCentre = problem.flatCentre + w * i_flat[i];
+        problem.partCentre = problem.partCentre + w * horizontal(i_piece.mesh.position[i]);
+        problem.hasHolds = problem.hasHolds || i_piece.holds[i].count > 0;
+    }
+    for (std::size_t i = 0; i < i_flat.size(); ++i)
+    {
+        Vec2 const x = i_flat[i] - problem.flatCentre;
+        Vec2 const p = horizontal(i_piece.mesh.position[i]) - problem.partCentre;
+        double const pull = (problem.hasHolds ? kPullToProjection : 1.0) * i_piece.weight[i] / i_piece.area;
+        problem.form.add(pull, {1.0, 0.0}, x, p.x);
+        problem.form.add(pull, {0.0, 1.0}, x, p.y);
+        Hold const & hold = i_piece.holds[i];
+        for (int h = 0; h < hold.count; ++h)
+            problem.form.add(1.0, hold.direction[at(h)], x,
+                             hold.target[at(h)] - dot(problem.partCentre, hold.direction[at(h)]));
+    }
+    return problem;
+}
+
+} // namespace
+
+std::vector<RigidMotion> freeRigidMotions(std::vector<Hold> const & i_holds, std::span<Vec2 const> i_flat)
+{
+    Modes const modes(i_flat);
+    Eigen::Matrix3d gram = Eigen::Matrix3d::Zero();
+    for (std::size_t i = 0; i < i_holds.size(); ++i)
+        for (int h = 0; h < i_holds[i].count; ++h)
+        {
+            Eigen::Vector3d row;
+            for (int m = 0; m < 3; ++m)
+            {
+                RigidMotion motion{0.0, 0.0, 0.0};
+                motion[at(m)] = 1.0;
+                row[m] = dot(i_holds[i].direction[at(h)], modes.displacement(motion, i_flat[i]));
+            }
+            gram += row * row.transpose();
+        }
+    Eigen::SelfAdjointEigenSolver<Eigen::Matrix3d> const solver(gram); // eigenvalues ascend
+    std::vector<RigidMotion> free;
+    double const limit = kFreeShare * std::max(solver.eigenvalues()[2], 0.0);
+    for (int i = 0; i < 3; ++i)
+        if (solver.eigenvalues()[i] <= limit)
+            free.push_back({solver.eigenvectors()(0, i), solver.eigenvectors()(1, i), solver.eigenvectors()(2, i)});
+    return free;
+}
+
+void placeOverPart(Piece const & i_piece, std::vector<Vec2> & io_flat)
+{
+    PlacingProblem const problem = buildPlacing(i_piece, io_flat);
+    double angle = 0.0;
+    Vec2 shift = problem.partCentre;
+    if (problem.hasHolds)
+    {
+        Placing const best = bestPlacing(problem.form);
+        angle = best.angle;
+        shift = shift + Vec2{best.shift.x(), best.shift.y()};
+    }
+    else
+        angle = std::atan2(problem.form.b[1], problem.form.b[0]);
+    double const cosine = std::cos(angle), sine = std::sin(angle);
+    for (Vec2 & x : io_flat)
+    {
+        Vec2 const r = x - problem.flatCentre;
+        x = Vec2{cosine * r.x - sine * r.y, sine * r.x + cosine * r.y} + shift;
+    }
+}
+
+double placingError(Piece const & i_piece, std::span<Vec2 const> i_flat)
+{
+    PlacingProblem const problem = buildPlacing(i_piece, i_flat);
+    return problem.hasHolds ? bestPlacing(problem.form).value : 0.0;
+}
+
+std::vector<int> choosePins(std::vector<std::vector<double>> i_columns)
+{
+    std::vector<int> pins;
+    for (std::size_t c = 0; c < i_columns.size(); ++c)
+    {
+        auto const & column = i_columns[c];
+        auto const largest = std::max_element(column.begin(), column.end(),
+                                              [](double a, double b) { return std::abs(a) < std::abs(b); });
+        if (largest == column.end() || *largest == 0.0)
+            break;
+        auto const pin = static_cast<std::size_t>(largest - column.begin());
+        pins.push_back(static_cast<int>(pin));
+        for (std::size_t other = c + 1; other < i_columns.size(); ++other)
+        {
+            double const share = i_columns[other][pin] / column[pin];
+            for (std::size_t i = 0; i < column.size(); ++i)
+                i_columns[other][i] -= share * column[i];
+            i_columns[other][pin] = 0.0;
+        }
+    }
+    return pins;
+}
+
+std::vector<int> rigidPins(std::vector<Hold> const & i_holds, std::span<Vec2 const> i_flat)
+{
+    Modes const modes(i_flat);
+    std::vector<std::vector<double>> columns;
+    for (RigidMotion const & motion : freeRigidMotions(i_holds, i_flat))
+    {
+        std::vector<double> column(2 * i_flat.size());
+        for (std::size_t i = 0; i < i_flat.size(); ++i)
+        {
+            Vec2 const move = modes.displacement(motion, i_flat[i]);
+            column[2 * i] = move.x;
+            column[2 * i + 1] = move.y;
+        }
+        columns.push_back(std::move(column));
+    }
+    return choosePins(std::move(columns));
+}
+
+RigidHolding::RigidHolding(Piece const & i_piece, Freedoms const & i_freedoms, std::span<Vec2 const> i_start)
+{
+    Modes const modes(i_start);
+    for (RigidMotion const & motion : freeRigidMotions(i_piece.holds, i_start))
+    {
+        std::vector<double> force(at(i_freedoms.size)), row(at(i_freedoms.size));
+        for (std::size_t i = 0; i < i_start.size(); ++i)
+        {
+            Vec2 const move = i_piece.weight[i] * modes.displacement(motion, i_start[i]);
+            for (int e = i_freedoms.first[i]; e < i_freedoms.first[i + 1]; ++e)
+            {
+                force[at(e)] = dot(i_freedoms.equation[at(e)], lifted(move));
+                row[at(e)] = dot(i_freedoms.column[at(e)], move);
+            }
+        }
+        for (auto const & earlier : m_forces) // Gram-Schmidt; the modes are far from parallel
+        {
+            double share = 0.0;
+            for (std::size_t e = 0; e < force.size(); ++e)
+                share += earlier[e] * force[e];
+            for (std::size_t e = 0; e < force.size(); ++e)
+                force[e] -= share * earlier[e];
+        }
+        double squares = 0.0;
+        for (double const f : force)
+            squares += f * f;
+        if (!(squares > 0.0))
+            continue;
+        for (double & f : force)
+            f /= std::sqrt(squares);
+        m_forces.push_back(std::move(force));
+        m_rows.push_back(std::move(row));
+    }
+    m_pins = choosePins(m_rows);
+    m_forces.resize(m_pins.size());
+    m_rows.resize(m_pins.size());
+}
+
+double RigidHolding::removeHeldPart(std::vector<double> & io_residual) const
+{
+    double squares = 0.0;
+    for (auto const & force : m_forces)
+    {
+        double share = 0.0;
+        for (std::size_t e = 0; e < force.size(); ++e)
+            share += force[e] * io_residual[e];
+        for (std::size_t e = 0; e < force.size(); ++e)
+            io_residual[e] -= share * force[e];
+        squares += share * share;
+    }
+    return std::sqrt(squares);
+}
+
+bool RigidHolding::factorise(ElementPattern const & i_pattern, std::vector<double> & io_values, SparseSolver & io_solver)
+{
+    int const size = i_pattern.sparse().size;
+    m_alpha = 0.0;
+    for (int row = 0; row < size; ++row)
+        m_alpha += std::abs(io_values[at(i_pattern.diagonal(row))]) / size;
+    for (int const pin : m_pins)
+        io_values[at(i_pattern.diagonal(pin))] += m_alpha;
+    return io_solver.factorise(io_values);
+}
+
+bool RigidHolding::solve(std::vector<double> const & i_right, SparseSolver & io_solver, std::vector<double> & o_step) const
+{
+    std::size_t const size = i_right.size(), n = m_forces.size();
+    std::vector<double> sides(size * (1 + 2 * n), 0.0);
+    std::copy(i_right.begin(), i_right.end(), sides.begin());
+    for (std::size_t k = 0; k < n; ++k)
+    {
+        std::copy(m_forces[k].begin(), m_forces[k].end(), sides.begin() + static_cast<std::ptrdiff_t>(size * (1 + k)));
+        sides[size * (1 + n + k) + at(m_pins[k])] = 1.0;
+    }
+    if (!io_solver.solve(sides, static_cast<int>(1 + 2 * n)))
+        return false;
+    o_step.assign(sides.begin(), sides.begin() + static_cast<std::ptrdiff_t>(size));
+    if (n == 0)
+        return true;
+    auto const side = [&](std::size_t column, std::size_t i) { return sides[size * column + i]; };
+    auto const along = [&](std::size_t row, std::size_t column)
+    {
+        double sum = 0.0;
+        for (std::size_t i = 0; i < size; ++i)
+            sum += m_rows[row][i] * side(column, i);
+        return sum;
+    };
+    auto const count = static_cast<Eigen::Index>(n);
+    Eigen::MatrixXd small(2 * count, 2 * count);
+    Eigen::VectorXd right(2 * count);
+    for (std::size_t r = 0; r < n; ++r)
+    {
+        auto const i = static_cast<Eigen::Index>(r);
+        right[i] = -along(r, 0);
+        right[count + i] = -side(0, at(m_pins[r]));
+        for (std::size_t c = 0; c < n; ++c)
+        {
+            auto const j = static_cast<Eigen::Index>(c);
+            small(i, j) = -along(r, 1 + c);
+            small(i, count + j) = m_alpha * along(r, 1 + n + c);
+            small(count + i, j) = -side(1 + c, at(m_pins[r]));
+            small(count + i, count + j) = m_alpha * side(1 + n + c, at(m_pins[r])) - (r == c ? 1.0 : 0.0);
+        }
+    }
+    Eigen::VectorXd const share = small.fullPivLu().solve(right);
+    for (std::size_t i = 0; i < size; ++i)
+        for (std::size_t k = 0; k < n; ++k)
+        {
+            auto const j = static_cast<Eigen::Index>(k);
+            o_step[i] += m_alpha * share[count + j] * side(1 + n + k, i) - share[j] * side(1 + k, i);
+        }
+    return share.allFinite();
+}
+
+} // namespace voz::onestep

@@ -1,0 +1,56 @@
+// SparseSolver.h: direct solution of the sparse systems of the kernel.
+//
+// The pattern is structurally symmetric, given once and analysed once; values may be factorised anew as often as needed.
+// With VOZ_HAVE_MUMPS the work is done by MUMPS (P. R. Amestoy, I. S. Duff, J. Koster, J.-Y. L'Excellent, SIAM J. Matrix Anal.
+// Appl. 23 (2001) 15; A. Guermouche et al., Parallel Comput. 32 (2006) 136), else by Eigen. Serial and deterministic.
+
+#ifndef SPARSESOLVER_H
+#define SPARSESOLVER_H
+
+#include <memory>
+#include <span>
+#include <vector>
+
+namespace voz::onestep
+{
+
+// Compressed rows, columns ascending within a row, 0-based. Every diagonal entry is present.
+struct SparsePattern
+{
+    int size = 0;
+    std::vector<int> rowStart; // size + 1
+    std::vector<int> column;
+
+    int find(int i_row, int i_column) const; // index of the entry; -1: not in the pattern
+};
+
+class SparseSolver
+{
+public:
+    enum class Kind
+    {
+        Unsymmetric,
+        PositiveDefinite // only entries on and above the diagonal are read
+    };
+
+    // The pattern is copied where it is needed later and may go away.
+    SparseSolver(SparsePattern const & i_pattern, Kind i_kind);
+    ~SparseSolver();
+    SparseSolver(SparseSolver const &) = delete;
+    SparseSolver & operator=(SparseSolver const &) = delete;
+
+    // Values in the order of the pattern. False: singular to working accuracy, or not enough memory.
+    bool factorise(std::span<double const> i_values);
+
+    // Right sides one after the other, replaced by the solutions. False before a successful factorisation or where
+    // a solution is not finite.
+    bool solve(std::span<double> io_sides, int i_count);
+
+private:
+    class Engine;
+    std::unique_ptr<Engine> m_engine;
+};
+
+} // namespace voz::onestep
+
+#endif

@@ -1,8 +1,9 @@
 // Curvature.cpp: slope of the node normals over a cell,  K_ab = sym( sum (e_a . N_k) dN_kb ).
 //
-// A sharp fold is no radius: the normal of a corner is averaged only over cells within 60 degrees of the corner's own. At a
-// free rim the mean is one-sided and would halve K in the last row; there the unit vector of 2 n_e - N_in serves (n_e: mean normal of
-// the node's cells, N_in: mean normal of their nodes off the rim), which is exact to second order on a cylinder.
+// A sharp fold is no radius: the normal of a corner is averaged only over cells within 60 degrees of the corner's own.
+// At a free rim the mean is one-sided and would halve K in the last row; there the unit vector of 2 n_e - N_in serves
+// (n_e: mean normal of the node's cells, N_in: mean normal of their nodes off the rim), which is exact to second order
+// on a cylinder.
 
 #include "geometry/Curvature.h"
 

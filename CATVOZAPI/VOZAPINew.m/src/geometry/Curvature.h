@@ -9,7 +9,8 @@
 namespace voz::geometry
 {
 
-struct Curvature // symmetric tensor in the frame of a point, 1/m; positive where the surface is convex towards its normal
+struct Curvature // symmetric tensor in the frame of a point, 1/m; positive where the surface is convex towards its
+                 // normal
 {
     double k11 = 0.0, k22 = 0.0, k12 = 0.0;
 };

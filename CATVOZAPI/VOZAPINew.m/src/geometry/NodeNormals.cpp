@@ -1,7 +1,7 @@
 // NodeNormals.cpp: angle-weighted normals.
 //
-// G. Thuermer, C. Wuethrich, J. Graph. Tools 3 (1998) 43. Angles, not areas: they do not depend on how a polygon is cut into
-// triangles, and on a bent strip they give the bisector, for which equal tensions on both sides balance exactly.
+// G. Thuermer, C. Wuethrich, J. Graph. Tools 3 (1998) 43. Angles, not areas: they do not depend on how a polygon is cut
+// into triangles, and on a bent strip they give the bisector, for which equal tensions on both sides balance exactly.
 
 #include "geometry/NodeNormals.h"
 

@@ -17,8 +17,8 @@ struct SymmetryNode
     Vec2 direction; // unit
 };
 
-// Unit normal per node: mean of the corner normals weighted by the corner angles, less its part along the planes of symmetry.
-// A node without cells has a null vector.
+// Unit normal per node: mean of the corner normals weighted by the corner angles, less its part along the planes of
+// symmetry. A node without cells has a null vector.
 std::vector<Vec3> nodeNormals(SurfaceMesh const & i_mesh, std::vector<SymmetryNode> const & i_symmetry);
 
 // The same for a single corner: unit normal of its two sides times the angle between them.

@@ -13,7 +13,7 @@ struct Pieces
 {
     std::vector<int> ofCell; // piece of each cell, numbered by the first cell
     int count = 0;
-    int twisted = -1;                 // a cell where the winding comes back reversed (one-sided surface); -1: none
+    int twisted = -1;                // a cell where the winding comes back reversed (one-sided surface); -1: none
     std::vector<bool> windingIsOpen; // per piece: it faces up as much as down, so the winding stayed as given
 };
 

@@ -18,7 +18,7 @@ namespace voz::geometry
 struct Cell
 {
     std::array<int, 4> node{-1, -1, -1, -1};
-    int count = 3;    // of corners: 3 or 4
+    int count = 3;     // of corners: 3 or 4
     double sign = 1.0; // -1: the normal of the given winding is turned
     int next(int i_corner) const { return i_corner + 1 < count ? i_corner + 1 : 0; }
     int previous(int i_corner) const { return i_corner > 0 ? i_corner - 1 : count - 1; }
@@ -32,9 +32,9 @@ struct SurfaceMesh
 
 struct Side // of a cell, directed as the cell's given winding goes
 {
-    int a, b;    // its nodes
+    int a, b; // its nodes
     int cell;
-    int corner;  // of the cell at a
+    int corner; // of the cell at a
 };
 
 // The sides of a mesh and the cell across each.

@@ -2,9 +2,10 @@
 //
 // 1. Base s(e): K (e0 + e)^n with e0 = (yield/K)^(1/n), or a monotone cubic through the points of a table
 //    (F. N. Fritsch, R. E. Carlson, SIAM J. Numer. Anal. 17 (1980) 238) and a power law beyond the last one.
-// 2. Floor: with H = s'/s, d(ln s)/de = max(H, kappa tanh e). Both branches have closed forms, s = c s_base and s = c (cosh e)^kappa,
-//    so only the crossings are searched for. The form comes from the limit n = h tanh h of plane strain: J. W. Hutchinson,
-//    V. Tvergaard, Int. J. Solids Struct. 17 (1981) 451.
+// 2. Floor: with H = s'/s, d(ln s)/de = max(H, kappa tanh e). Both branches have closed forms, s = c s_base and s = c
+// (cosh e)^kappa,
+//    so only the crossings are searched for. The form comes from the limit n = h tanh h of plane strain: J. W.
+//    Hutchinson, V. Tvergaard, Int. J. Solids Struct. 17 (1981) 451.
 // 3. Elastic line by a smooth minimum of order 4:  q = (E e/s)^4,  S = E (1+q)^(-1/4),
 //    Et = S/(1+q) + S e q/(1+q) s'/s.  S is not divided by e, so the origin needs no care unless s(0) = 0.
 
@@ -80,7 +81,8 @@ void HardeningCurve::layTable(onestep::MaterialLaw const & i_law)
     }
     double tail = 0.0;
     if (count > 1 && m_strain[count - 2] > 0.0 && m_stress[count - 2] > 0.0)
-        tail = std::log(m_stress[count - 1] / m_stress[count - 2]) / std::log(m_strain[count - 1] / m_strain[count - 2]);
+        tail =
+            std::log(m_stress[count - 1] / m_stress[count - 2]) / std::log(m_strain[count - 1] / m_strain[count - 2]);
     else if (count > 1) // the segment leaves the origin: its logarithmic slope at the last point
         tail = secant[count - 2] * m_strain[count - 1] / m_stress[count - 1];
     m_tailExponent = std::max(kLeastTailExponent, tail);

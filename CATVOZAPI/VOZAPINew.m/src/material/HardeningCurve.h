@@ -2,9 +2,9 @@
 //
 //     sbar(e) = S(e) e,   Et = d sbar / d e        e: total log strain >= 0; stresses in Pa
 //
-// Built in three layers: the user's curve (power law or table), a floor under its logarithmic slope that keeps the membrane
-// elliptic, and the elastic line joined by a smooth minimum. A value class; the law must have passed the checks of
-// the solver (positive stresses, ascending strains).
+// Built in three layers: the user's curve (power law or table), a floor under its logarithmic slope that keeps the
+// membrane elliptic, and the elastic line joined by a smooth minimum. A value class; the law must have passed the
+// checks of the solver (positive stresses, ascending strains).
 
 #ifndef HARDENINGCURVE_H
 #define HARDENINGCURVE_H

@@ -1,8 +1,9 @@
 // MembraneLaw.cpp: deformation theory of plasticity for a membrane.
 //
-// R. Hill, Proc. R. Soc. A 193 (1948) 281 (anisotropy). The membrane of the exact theory loses ellipticity at large strain (S. Stoeren,
-// J. R. Rice, J. Mech. Phys. Solids 23 (1975) 421; J. W. Hutchinson, K. W. Neale, in Mechanics of Sheet Metal Forming, 1978, 127); the
-// thinning that enters the force is therefore moderated beyond ebar = e_a, together with the floor of the curve:
+// R. Hill, Proc. R. Soc. A 193 (1948) 281 (anisotropy). The membrane of the exact theory loses ellipticity at large
+// strain (S. Stoeren, J. R. Rice, J. Mech. Phys. Solids 23 (1975) 421; J. W. Hutchinson, K. W. Neale, in Mechanics of
+// Sheet Metal Forming, 1978, 127); the thinning that enters the force is therefore moderated beyond ebar = e_a,
+// together with the floor of the curve:
 //
 //     B = (e_a/ebar) (1 + ln(ebar/e_a)),   B' = -(e_a/ebar^2) ln(ebar/e_a)
 //
@@ -19,16 +20,15 @@ namespace voz::material
 
 namespace
 {
-constexpr double kNoStrain = 1.0e-12;           // ebar below which the tangent is the elastic one
+constexpr double kNoStrain = 1.0e-12;            // ebar below which the tangent is the elastic one
 constexpr double kLeastModerationStart = 1.0e-3; // keeps B defined for a material without hardening
 } // namespace
 
 MembraneLaw::MembraneLaw(onestep::MaterialLaw const & i_law, LawOptions const & i_options)
     : m_curve(i_law, i_options), m_thickness(i_law.thickness), m_rho(i_law.rValue / (1.0 + i_law.rValue)),
       m_k2((1.0 + i_law.rValue) * (1.0 + i_law.rValue) / (1.0 + 2.0 * i_law.rValue)),
-      m_moderationStart(i_options.theta > 0.0
-                            ? std::max(kLeastModerationStart, i_options.theta * m_curve.neckingStrain())
-                            : 0.0)
+      m_moderationStart(
+          i_options.theta > 0.0 ? std::max(kLeastModerationStart, i_options.theta * m_curve.neckingStrain()) : 0.0)
 {
 }
 

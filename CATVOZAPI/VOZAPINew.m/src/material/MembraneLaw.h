@@ -3,7 +3,8 @@
 //     rho = r/(1+r),  k2 = (1+r)^2/(1+2r),  D_1 = k2 (h1 + rho h2),  D_2 = k2 (h2 + rho h1),
 //     ebar^2 = h1 D_1 + h2 D_2,  sigma_a = S(ebar) D_a,  n_a = t_f sigma_a,  t_f = t0 exp(B h3),  h3 = -(h1 + h2)
 //
-// Normalised to the uniaxial test. B is 1 up to e_a = theta n and falls beyond it; see the source. Metres, pascals, N/m.
+// Normalised to the uniaxial test. B is 1 up to e_a = theta n and falls beyond it; see the source. Metres, pascals,
+// N/m.
 
 #ifndef MEMBRANELAW_H
 #define MEMBRANELAW_H

@@ -1,8 +1,8 @@
 // Constraints.cpp: elimination of what is prescribed.
 //
-// A node with one constraint of direction d keeps the unknown along d', d turned by a right angle, and of its two tangential
-// equations the row along T d' (T: horizontal components of the tangents), or, where d' is seen almost along the normal, the row
-// across T d.
+// A node with one constraint of direction d keeps the unknown along d', d turned by a right angle, and of its two
+// tangential equations the row along T d' (T: horizontal components of the tangents), or, where d' is seen almost along
+// the normal, the row across T d.
 
 #include "onestep/Constraints.h"
 

@@ -1,7 +1,7 @@
 // Constraints.h: what is prescribed in the flat, and the numbering of what is left to be found.
 //
-// A constraint reads X . (cos a, sin a) = p . (cos a, sin a) + v; an angle above 1000 prescribes both components, X = p. Constraints
-// are eliminated: a node keeps as many unknowns and equations as it has free directions.
+// A constraint reads X . (cos a, sin a) = p . (cos a, sin a) + v; an angle above 1000 prescribes both components, X =
+// p. Constraints are eliminated: a node keeps as many unknowns and equations as it has free directions.
 
 #ifndef CONSTRAINTS_H
 #define CONSTRAINTS_H
@@ -20,14 +20,15 @@ void holdWholly(geometry::Vec2 i_position, Hold & io_hold);
 // Fills holds and symmetry nodes of the piece from constraints whose nodes are the piece's.
 void applyConstraints(std::vector<NodeConstraint> const & i_constraints, Piece & io_piece);
 
-// Holder edges whose force is far above anything that the sheet can carry mean "no draw-in": their nodes are held and the
-// edges removed. Edges in a plane of symmetry are removed as well. Returns the number of locked edges.
+// Holder edges whose force is far above anything that the sheet can carry mean "no draw-in": their nodes are held and
+// the edges removed. Edges in a plane of symmetry are removed as well. Returns the number of locked edges.
 int applyLocks(std::vector<MaterialLaw> const & i_materials, Piece & io_piece);
 
 // The position nearest to i_flat that satisfies the hold.
 geometry::Vec2 heldPosition(Hold const & i_hold, geometry::Vec2 i_flat);
 
-// Unknowns and equations of a solve. Unknown u of a node moves it along column[u]; its equation is that of the force along equation[u].
+// Unknowns and equations of a solve. Unknown u of a node moves it along column[u]; its equation is that of the force
+// along equation[u].
 struct Freedoms
 {
     int size = 0;

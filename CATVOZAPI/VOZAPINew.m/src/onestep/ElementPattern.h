@@ -1,7 +1,8 @@
 // ElementPattern.h: the sparse pattern of a surface mesh, and where each element's entries go.
 //
-// Entry (row u of corner k, row v of corner l) of a cell stands at slot(cell, k, l) + u * rowLength(first row of k) + v: the rows
-// of a node have the same columns, and the columns of a node are neighbours. Nothing is searched during assembly.
+// Entry (row u of corner k, row v of corner l) of a cell stands at slot(cell, k, l) + u * rowLength(first row of k) +
+// v: the rows of a node have the same columns, and the columns of a node are neighbours. Nothing is searched during
+// assembly.
 
 #ifndef ELEMENTPATTERN_H
 #define ELEMENTPATTERN_H

@@ -4,9 +4,9 @@
 //     m = (C11 + C22)/2,  d = hypot((C11 - C22)/2, C12),   c+ = m + d,  c- = j^2/c+
 //     h_1 = -ln(c+)/2 along phi (minor),  h_2 = -ln(c-)/2 along phi + pi/2 (major),  h_3 = ln j
 //
-// Index 1 is the direction of c+. Primes denote components in the eigenbasis R = [cos -sin; sin cos] of phi. Nothing here
-// subtracts nearly equal numbers: the smaller eigenvalue comes from the determinant, the mixed slope of the logarithm from atanh.
-// Y. Q. Guo, J. L. Batoz, J. M. Detraux, P. Duroux, Int. J. Numer. Meth. Eng. 30 (1990) 1385.
+// Index 1 is the direction of c+. Primes denote components in the eigenbasis R = [cos -sin; sin cos] of phi. Nothing
+// here subtracts nearly equal numbers: the smaller eigenvalue comes from the determinant, the mixed slope of the
+// logarithm from atanh. Y. Q. Guo, J. L. Batoz, J. M. Detraux, P. Duroux, Int. J. Numer. Meth. Eng. 30 (1990) 1385.
 
 #ifndef KINEMATICS_H
 #define KINEMATICS_H
@@ -19,7 +19,8 @@ namespace voz::onestep
 {
 
 // dX/dx of a point.
-inline geometry::Mat2 inverseGradient(geometry::IntegrationPoint const & i_point, std::span<geometry::Vec2 const> i_flat)
+inline geometry::Mat2 inverseGradient(geometry::IntegrationPoint const & i_point,
+                                      std::span<geometry::Vec2 const> i_flat)
 {
     geometry::Mat2 g;
     for (std::size_t k = 0; k < static_cast<std::size_t>(i_point.count); ++k)
@@ -35,7 +36,7 @@ inline geometry::Mat2 inverseGradient(geometry::IntegrationPoint const & i_point
 
 struct PointStrain
 {
-    double j;            // thickness over first thickness
+    double j; // thickness over first thickness
     double cPlus, cMinus;
     double mean, radius; // of Mohr's circle of C
     double cosine, sine; // of phi

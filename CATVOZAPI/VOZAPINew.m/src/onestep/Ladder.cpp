@@ -1,7 +1,7 @@
 // Ladder.cpp: detours of the system's own.
 //
-// Each rung is a series of easier problems that ends at the full one: a soft elastic line, a straight hardening line, a stronger
-// floor, outer forces that grow. It begins at the last state that solved one of them, else at the start.
+// Each rung is a series of easier problems that ends at the full one: a soft elastic line, a straight hardening line, a
+// stronger floor, outer forces that grow. It begins at the last state that solved one of them, else at the start.
 
 #include "onestep/Ladder.h"
 

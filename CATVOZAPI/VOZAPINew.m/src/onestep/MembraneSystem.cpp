@@ -1,7 +1,8 @@
 // MembraneSystem.cpp: element forces and their exact derivative, scattered into a fixed pattern.
 //
-// Equilibrium is taken in the final configuration, along the tool surface: balancing the two horizontal directions instead,
-// as the first inverse methods did, is singular on vertical walls. J. L. Batoz, Y. Q. Guo, F. Mercier, Eng. Comput. 15 (1998) 864.
+// Equilibrium is taken in the final configuration, along the tool surface: balancing the two horizontal directions
+// instead, as the first inverse methods did, is singular on vertical walls. J. L. Batoz, Y. Q. Guo, F. Mercier, Eng.
+// Comput. 15 (1998) 864.
 
 #include "onestep/MembraneSystem.h"
 

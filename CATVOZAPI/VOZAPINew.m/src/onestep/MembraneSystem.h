@@ -2,8 +2,8 @@
 //
 //     R_e = V_e . (F_i - Fext_i),   F_i = sum over points of [e1 e2] f_k,   f_k = A R diag(n_1, n_2) dN'_k
 //
-// One equation per unknown; V_e is the row of the projection that Freedoms keeps. The Jacobian is exact and unsymmetric (thickness in the
-// force, projection). Holds references to the piece and the freedoms, which must outlive it.
+// One equation per unknown; V_e is the row of the projection that Freedoms keeps. The Jacobian is exact and unsymmetric
+// (thickness in the force, projection). Holds references to the piece and the freedoms, which must outlive it.
 
 #ifndef MEMBRANESYSTEM_H
 #define MEMBRANESYSTEM_H

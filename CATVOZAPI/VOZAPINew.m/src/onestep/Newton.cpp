@@ -1,8 +1,8 @@
 // Newton.cpp: step bounds, merit and stop.
 //
-// A step may change no point's shape by more than a half; it is halved until the residual falls and no point comes near to
-// folding. The reference force is that of all element corners together; where a part carries no force (a developable one) it is
-// a millionth of the yield force over the part's size, or what rounding makes of no force.
+// A step may change no point's shape by more than a half; it is halved until the residual falls and no point comes near
+// to folding. The reference force is that of all element corners together; where a part carries no force (a developable
+// one) it is a millionth of the yield force over the part's size, or what rounding makes of no force.
 
 #include "onestep/Newton.h"
 
@@ -116,8 +116,8 @@ double Newton::greatestFactor(std::span<Vec2 const> i_flat) const
         Mat2 const g = inverseGradient(point, i_flat), d = inverseGradient(point, step);
         double const j = det(g);
         Mat2 const change = d * Mat2{g.m22 / j, -g.m12 / j, -g.m21 / j, g.m11 / j};
-        greatest = std::max({greatest, std::abs(change.m11), std::abs(change.m12), std::abs(change.m21),
-                             std::abs(change.m22)});
+        greatest = std::max(
+            {greatest, std::abs(change.m11), std::abs(change.m12), std::abs(change.m21), std::abs(change.m22)});
     }
     return greatest > kShapeChange ? kShapeChange / greatest : 1.0;
 }

@@ -14,7 +14,7 @@ namespace voz::onestep
 
 struct NewtonState // of a flat
 {
-    double relative = 0.0; // |R less its held part| over the reference force
+    double relative = 0.0;  // |R less its held part| over the reference force
     double reference = 0.0; // N
     double norm = 0.0;      // |R less its held part|, N
     double holding = 0.0;   // |lambda| over the reference force

@@ -1,8 +1,8 @@
 // OneStep.cpp: the one-step inverse solve.
 //
-// Check, take apart into pieces, solve each, put the results together. Deformation theory in one step from the flat to the final shape:
-// Y. Q. Guo, J. L. Batoz, J. M. Detraux, P. Duroux, Int. J. Numer. Meth. Eng. 30 (1990) 1385; C. H. Lee, H. Huh, J. Mater. Process.
-// Technol. 80-81 (1998) 76.
+// Check, take apart into pieces, solve each, put the results together. Deformation theory in one step from the flat to
+// the final shape: Y. Q. Guo, J. L. Batoz, J. M. Detraux, P. Duroux, Int. J. Numer. Meth. Eng. 30 (1990) 1385; C. H.
+// Lee, H. Huh, J. Mater. Process. Technol. 80-81 (1998) 76.
 
 #include "onestep/OneStep.h"
 
@@ -169,7 +169,8 @@ void logCost(PieceSolver & io_solver, Monitor const & i_monitor)
 {
     Newton::Cost const & cost = io_solver.newton().cost();
     char text[160];
-    std::snprintf(text, sizeof text, "time: start %.3f s, Newton %.3f s (assembly %.3f, factorisation %.3f, solves %.3f)",
+    std::snprintf(text, sizeof text,
+                  "time: start %.3f s, Newton %.3f s (assembly %.3f, factorisation %.3f, solves %.3f)",
                   io_solver.startSeconds(), cost.total, cost.assembly, cost.factorisation, cost.solves);
     i_monitor.log(text);
 }

@@ -97,19 +97,19 @@ struct Solution
     std::string message; // empty, or the reason in plain words
     std::vector<std::string> warnings;
     std::vector<std::array<double, 2>> flat; // X, Y per node, m
-    int stride = 1;       // integration points per element: 4 as soon as one element is a quadrilateral
-    LayerStrains strains; // 3 per point, stride points per element
+    int stride = 1;                       // integration points per element: 4 as soon as one element is a quadrilateral
+    LayerStrains strains;                 // 3 per point, stride points per element
     std::vector<double> equivalentStress; // Pa, 3 per point: mid, top, bottom
     double punchForce = 0.0;              // N
     double work = 0.0;                    // of forming, J
-    int newtonSteps = 0;           // of the piece that needed most
-    int startSteps = 0;            // of the start, likewise
-    int lockedEdges = 0;           // holder edges whose force meant "no draw-in"
-    double residual = 0.0;         // relative, at the end
-    double holdingShare = 0.0;     // |lambda| / F_ref
-    double leastDeterminant = 0.0; // of G
-    double greatestStrain = 0.0;   // ebar
-    int neckingPoints = 0;         // points thinned beyond theta n
+    int newtonSteps = 0;                  // of the piece that needed most
+    int startSteps = 0;                   // of the start, likewise
+    int lockedEdges = 0;                  // holder edges whose force meant "no draw-in"
+    double residual = 0.0;                // relative, at the end
+    double holdingShare = 0.0;            // |lambda| / F_ref
+    double leastDeterminant = 0.0;        // of G
+    double greatestStrain = 0.0;          // ebar
+    int neckingPoints = 0;                // points thinned beyond theta n
 };
 
 struct Progress

@@ -40,8 +40,8 @@ std::array<double, 4> shapeFunctions(int i_count, double i_xi, double i_eta)
 {
     if (i_count == 3)
         return {1.0 - i_xi - i_eta, i_xi, i_eta, 0.0};
-    return {0.25 * (1.0 - i_xi) * (1.0 - i_eta), 0.25 * (1.0 + i_xi) * (1.0 - i_eta), 0.25 * (1.0 + i_xi) * (1.0 + i_eta),
-            0.25 * (1.0 - i_xi) * (1.0 + i_eta)};
+    return {0.25 * (1.0 - i_xi) * (1.0 - i_eta), 0.25 * (1.0 + i_xi) * (1.0 - i_eta),
+            0.25 * (1.0 + i_xi) * (1.0 + i_eta), 0.25 * (1.0 - i_xi) * (1.0 + i_eta)};
 }
 
 // +1 or -1: which side of a bead is the outer one.

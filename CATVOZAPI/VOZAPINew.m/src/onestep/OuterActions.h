@@ -1,7 +1,7 @@
 // OuterActions.h: what acts on the part from outside, beside the tools' normal reaction.
 //
-// Holder edges pull outward in the element's plane, bead segments away from the part's inside; both are constant forces. Pads drag each
-// element towards where its material came from. Newtons, in the stamping frame.
+// Holder edges pull outward in the element's plane, bead segments away from the part's inside; both are constant
+// forces. Pads drag each element towards where its material came from. Newtons, in the stamping frame.
 
 #ifndef OUTERACTIONS_H
 #define OUTERACTIONS_H
@@ -35,7 +35,7 @@ class PadFriction
 public:
     explicit PadFriction(Piece const & i_piece);
     bool any() const { return !m_cells.empty(); }
-    std::vector<int> const & cells() const { return m_cells; } // those under a pad
+    std::vector<int> const & cells() const { return m_cells; }                                  // those under a pad
     PadForce evaluate(int i_place, int i_corner, std::span<geometry::Vec2 const> i_flat) const; // place in cells()
 
 private:

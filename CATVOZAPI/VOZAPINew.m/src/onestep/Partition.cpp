@@ -170,7 +170,8 @@ std::string refusalOf(Piece const & i_piece)
     return {};
 }
 
-void warnAboutSharedNodes(std::vector<Piece> const & i_pieces, std::size_t i_nodes, std::vector<std::string> & io_warnings)
+void warnAboutSharedNodes(std::vector<Piece> const & i_pieces, std::size_t i_nodes,
+                          std::vector<std::string> & io_warnings)
 {
     std::vector<int> seen(i_nodes, 0);
     int shared = 0, example = -1;

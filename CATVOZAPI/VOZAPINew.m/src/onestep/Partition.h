@@ -13,11 +13,13 @@ struct Partition
     std::vector<Piece> pieces;
     std::string refusal; // not empty: the mesh cannot be laid flat
     std::vector<std::string> warnings;
-    std::vector<geometry::Vec2> shift; // per piece: its positions were moved by minus this, so that digits are not lost far out
-    std::vector<int> dropped;          // degenerate elements
+    std::vector<geometry::Vec2>
+        shift;                // per piece: its positions were moved by minus this, so that digits are not lost far out
+    std::vector<int> dropped; // degenerate elements
 };
 
-// Drops degenerate elements, orients, refuses what is no surface with a boundary. The problem must have passed checkProblem.
+// Drops degenerate elements, orients, refuses what is no surface with a boundary. The problem must have passed
+// checkProblem.
 Partition partition(Problem const & i_problem);
 
 } // namespace voz::onestep

@@ -1,7 +1,7 @@
 // Piece.h: a connected piece of the formed part, ready to be solved.
 //
-// Nodes, cells and actions carry numbers of the piece; nodeOf and elementOf lead back to the Problem. The mesh is oriented and
-// none of its cells is degenerate. 0-based, metres, newtons.
+// Nodes, cells and actions carry numbers of the piece; nodeOf and elementOf lead back to the Problem. The mesh is
+// oriented and none of its cells is degenerate. 0-based, metres, newtons.
 
 #ifndef PIECE_H
 #define PIECE_H
@@ -37,7 +37,7 @@ struct Piece
     std::vector<double> padShear; // per cell; empty: no pads
     std::vector<Hold> holds;      // per node
     std::vector<geometry::SymmetryNode> symmetry;
-    std::vector<bool> rim;     // per node: on a free side that lies in no plane of symmetry
+    std::vector<bool> rim;      // per node: on a free side that lies in no plane of symmetry
     std::vector<double> weight; // per node, m^2: its share of the area
     double area = 0.0;
 };

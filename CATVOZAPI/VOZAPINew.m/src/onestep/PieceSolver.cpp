@@ -14,8 +14,8 @@ namespace voz::onestep
 namespace
 {
 
-constexpr double kAcceptable = 1.0e-4;   // residual at which results are still given, with a warning
-constexpr double kUnbalanced = 0.05;     // share of holding forces that is no rounding and no asymmetry of a cut any more
+constexpr double kAcceptable = 1.0e-4; // residual at which results are still given, with a warning
+constexpr double kUnbalanced = 0.05;   // share of holding forces that is no rounding and no asymmetry of a cut any more
 
 std::string number(char const * i_format, double i_value)
 {

@@ -1,7 +1,7 @@
 // PieceSolver.h: one connected piece from its start to its results.
 //
-// After solve() everything that the solution rests on stays at hand for what is built on top of it: the system with its law and
-// forces, the holding, and Newton with its last factorisation.
+// After solve() everything that the solution rests on stays at hand for what is built on top of it: the system with its
+// law and forces, the holding, and Newton with its last factorisation.
 
 #ifndef PIECESOLVER_H
 #define PIECESOLVER_H

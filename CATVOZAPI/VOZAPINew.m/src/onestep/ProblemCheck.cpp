@@ -88,7 +88,8 @@ std::string checkMaterials(Problem const & i_problem)
                              {"strength coefficient K", law.table.empty() ? law.kValue : 1.0, false}};
         for (auto const & number : numbers)
             if (!std::isfinite(number.value) || number.value < 0.0 || (number.value == 0.0 && !number.mayBeZero))
-                return sentence("material ", m, ": ", number.name, " is ", number.value, "; expected a positive number");
+                return sentence("material ", m, ": ", number.name, " is ", number.value,
+                                "; expected a positive number");
         if (std::string const problem = checkTable(m, law.table); !problem.empty())
             return problem;
     }
@@ -140,7 +141,8 @@ std::string checkRest(Problem const & i_problem)
         if (!std::isfinite(i_problem.padShear[e]))
             return sentence("pad pressure of element ", e, ": not a finite number");
     if (!i_problem.curvatures.empty() && i_problem.curvatures.size() != i_problem.elements.size())
-        return sentence("curvatures: ", i_problem.curvatures.size(), " rows for ", i_problem.elements.size(), " elements");
+        return sentence("curvatures: ", i_problem.curvatures.size(), " rows for ", i_problem.elements.size(),
+                        " elements");
     for (std::size_t e = 0; e < i_problem.curvatures.size(); ++e)
         for (double const value : i_problem.curvatures[e])
             if (!std::isfinite(value))

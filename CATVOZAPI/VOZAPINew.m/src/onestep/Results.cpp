@@ -37,7 +37,8 @@ Curvature fromPrincipal(geometry::PrincipalCurvature const & i_principal)
             (i_principal.k1 - i_principal.k2) * s * c};
 }
 
-// The curvature that bends a sheet of thickness t: sizes from the mesh or as given, held within what the sheet can follow.
+// The curvature that bends a sheet of thickness t: sizes from the mesh or as given, held within what the sheet can
+// follow.
 Curvature bendingCurvature(Curvature const & i_mesh, std::array<double, 3> const * i_given, double i_thickness)
 {
     geometry::PrincipalCurvature principal = principalCurvature(i_mesh);
@@ -65,8 +66,7 @@ double equivalentStress(material::MembraneLaw const & i_law, Strain const & i_st
 Strain layerStrain(Strain const & i_mid, Curvature const & i_curvature, double i_zeta)
 {
     geometry::PrincipalCurvature const p = principalCurvature(i_curvature);
-    Curvature const bend =
-        fromPrincipal({std::log1p(i_zeta * p.k1), std::log1p(i_zeta * p.k2), p.cosine, p.sine});
+    Curvature const bend = fromPrincipal({std::log1p(i_zeta * p.k1), std::log1p(i_zeta * p.k2), p.cosine, p.sine});
     return {i_mid.e11 + bend.k11, i_mid.e22 + bend.k22, i_mid.shear + 2.0 * bend.k12};
 }
 
@@ -84,8 +84,7 @@ std::vector<PointResult> pointResults(MembraneSystem const & i_system, std::span
         material::MembraneLaw const & law = i_system.law(point.cell);
         PointStrain const strain = evaluateStrain(inverseGradient(point, i_flat));
         double const thickness = law.thickness() * strain.j;
-        auto const * const given =
-            i_given.empty() ? nullptr : &i_given[at(piece.elementOf[at(point.cell)])];
+        auto const * const given = i_given.empty() ? nullptr : &i_given[at(piece.elementOf[at(point.cell)])];
         Curvature const curvature = bendingCurvature(curvatures[q], given, thickness);
         double const sign = piece.mesh.cells[at(point.cell)].sign; // top is the side of the normal that came in
         PointResult result;

@@ -20,8 +20,8 @@ struct PointResult
     std::array<double, 3> stress{0.0, 0.0, 0.0}; // equivalent, Pa: mid, top, bottom
 };
 
-// Per integration point of the piece. i_given: principal curvatures per element of the problem, or empty; they replace the sizes of
-// those of the mesh, which keep signs and directions.
+// Per integration point of the piece. i_given: principal curvatures per element of the problem, or empty; they replace
+// the sizes of those of the mesh, which keep signs and directions.
 std::vector<PointResult> pointResults(MembraneSystem const & i_system, std::span<geometry::Vec2 const> i_flat,
                                       std::vector<std::array<double, 3>> const & i_given);
 

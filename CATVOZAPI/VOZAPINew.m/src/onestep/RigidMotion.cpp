@@ -1,13 +1,14 @@
 // RigidMotion.cpp: bordering without dense rows.
 //
-// Dense rows in a sparse factor cost more than all the rest. Instead the unknowns E are pinned by alpha, the mean size of the diagonal, and with
-// J_s = J + alpha E E^T, [z, Zb, Ze] = J_s^-1 [-R, Br, E]:
+// Dense rows in a sparse factor cost more than all the rest. Instead the unknowns E are pinned by alpha, the mean size
+// of the diagonal, and with J_s = J + alpha E E^T, [z, Zb, Ze] = J_s^-1 [-R, Br, E]:
 //
 //     [ -Cr^T Zb   alpha Cr^T Ze    ] [lambda]   [ -Cr^T z ]
 //     [ -E^T Zb    alpha E^T Ze - 1 ] [  mu  ] = [ -E^T z  ],    dX = z - Zb lambda + alpha Ze mu
 //
-// Placing without holds is the plane problem of Procrustes in closed form. With holds the angle is searched for: for each angle the
-// best shift follows from a small linear system; a slight pull towards the projection decides what the holds leave open.
+// Placing without holds is the plane problem of Procrustes in closed form. With holds the angle is searched for: for
+// each angle the best shift follows from a small linear system; a slight pull towards the projection decides what the
+// holds leave open.
 
 #include "onestep/RigidMotion.h"
 
@@ -26,9 +27,9 @@ using geometry::Vec3;
 namespace
 {
 
-constexpr double kFreeShare = 1.0e-10;    // of the largest eigenvalue of the constraint rows' Gram matrix
+constexpr double kFreeShare = 1.0e-10;     // of the largest eigenvalue of the constraint rows' Gram matrix
 constexpr double kPullToProjection = 1e-8; // against the holds
-constexpr int kAngles = 72;               // of the first search
+constexpr int kAngles = 72;                // of the first search
 
 std::size_t at(int i)
 {
@@ -72,7 +73,8 @@ struct PlacingForm
 
     void add(double i_weight, Vec2 i_direction, Vec2 i_x, double i_target)
     {
-        Eigen::Vector4d const row(dot(i_direction, i_x), dot(i_direction, turnedLeft(i_x)), i_direction.x, i_direction.y);
+        Eigen::Vector4d const row(dot(i_direction, i_x), dot(i_direction, turnedLeft(i_x)), i_direction.x,
+                                  i_direction.y);
         a += i_weight * row * row.transpose();
         b += i_weight * i_target * row;
         c += i_weight * i_target * i_target;
@@ -300,7 +302,8 @@ double RigidHolding::removeHeldPart(std::vector<double> & io_residual) const
     return std::sqrt(squares);
 }
 
-bool RigidHolding::factorise(ElementPattern const & i_pattern, std::vector<double> & io_values, SparseSolver & io_solver)
+bool RigidHolding::factorise(ElementPattern const & i_pattern, std::vector<double> & io_values,
+                             SparseSolver & io_solver)
 {
     int const size = i_pattern.sparse().size;
     m_alpha = 0.0;
@@ -311,7 +314,8 @@ bool RigidHolding::factorise(ElementPattern const & i_pattern, std::vector<doubl
     return io_solver.factorise(io_values);
 }
 
-bool RigidHolding::solve(std::vector<double> const & i_right, SparseSolver & io_solver, std::vector<double> & o_step) const
+bool RigidHolding::solve(std::vector<double> const & i_right, SparseSolver & io_solver,
+                         std::vector<double> & o_step) const
 {
     std::size_t const size = i_right.size(), n = m_forces.size();
     std::vector<double> sides(size * (1 + 2 * n), 0.0);

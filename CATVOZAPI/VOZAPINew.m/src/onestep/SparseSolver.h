@@ -1,8 +1,9 @@
 // SparseSolver.h: direct solution of the sparse systems of the kernel.
 //
-// The pattern is structurally symmetric, given once and analysed once; values may be factorised anew as often as needed.
-// With VOZ_HAVE_MUMPS the work is done by MUMPS (P. R. Amestoy, I. S. Duff, J. Koster, J.-Y. L'Excellent, SIAM J. Matrix Anal.
-// Appl. 23 (2001) 15; A. Guermouche et al., Parallel Comput. 32 (2006) 136), else by Eigen. Serial and deterministic.
+// The pattern is structurally symmetric, given once and analysed once; values may be factorised anew as often as
+// needed. With VOZ_HAVE_MUMPS the work is done by MUMPS (P. R. Amestoy, I. S. Duff, J. Koster, J.-Y. L'Excellent, SIAM
+// J. Matrix Anal. Appl. 23 (2001) 15; A. Guermouche et al., Parallel Comput. 32 (2006) 136), else by Eigen. Serial and
+// deterministic.
 
 #ifndef SPARSESOLVER_H
 #define SPARSESOLVER_H

@@ -1,7 +1,7 @@
 // SparseSolverEigen.cpp: the engine of builds for which no multifrontal solver is to be had.
 //
-// Supernodal LU (J. W. Demmel et al., SIAM J. Matrix Anal. Appl. 20 (1999) 720) with minimum degree on A + A^T; LDL^T for the
-// symmetric kind.
+// Supernodal LU (J. W. Demmel et al., SIAM J. Matrix Anal. Appl. 20 (1999) 720) with minimum degree on A + A^T; LDL^T
+// for the symmetric kind.
 
 #ifndef VOZ_HAVE_MUMPS
 
@@ -41,7 +41,8 @@ public:
     bool factorise(std::span<double const> i_values)
     {
         m_factorised = false;
-        if (m_pattern.size == 0 || !std::all_of(i_values.begin(), i_values.end(), [](double v) { return std::isfinite(v); }))
+        if (m_pattern.size == 0 ||
+            !std::all_of(i_values.begin(), i_values.end(), [](double v) { return std::isfinite(v); }))
             return false;
         m_matrix = rows(i_values);
         if (m_kind == Kind::Unsymmetric)

@@ -1,7 +1,7 @@
 // SparseSolverMumps.cpp: the multifrontal engine.
 //
-// Centralised triplets whose index arrays never change; ordering on A + A^T; diagonal pivots preferred. The dense kernels of
-// BLAS are held to one thread: a sum split over threads would not repeat to the last bit.
+// Centralised triplets whose index arrays never change; ordering on A + A^T; diagonal pivots preferred. The dense
+// kernels of BLAS are held to one thread: a sum split over threads would not repeat to the last bit.
 
 #ifdef VOZ_HAVE_MUMPS
 
@@ -151,7 +151,8 @@ bool SparseSolver::Engine::solve(std::span<double> io_sides, int i_count)
     m_id.nrhs = i_count;
     m_id.lrhs = m_id.n;
     run(kSolve);
-    return m_id.infog[0] >= 0 && std::all_of(io_sides.begin(), io_sides.end(), [](double v) { return std::isfinite(v); });
+    return m_id.infog[0] >= 0 &&
+           std::all_of(io_sides.begin(), io_sides.end(), [](double v) { return std::isfinite(v); });
 }
 
 SparseSolver::SparseSolver(SparsePattern const & i_pattern, Kind i_kind)

@@ -84,7 +84,8 @@ std::vector<Vec2> heldFlat(Piece const & i_piece, std::vector<Vec2> i_flat)
 }
 
 // Brings the constraints in. False: the constrained flat folds.
-bool applyHolds(Piece const & i_piece, std::function<bool()> const & i_stop, SymmetricDirichlet & io_energy, Start & io_start)
+bool applyHolds(Piece const & i_piece, std::function<bool()> const & i_stop, SymmetricDirichlet & io_energy,
+                Start & io_start)
 {
     for (double const penalty : kPenalties)
         io_start.steps += io_energy.minimise(penalty, i_stop, io_start.flat);
@@ -113,7 +114,8 @@ Start findStart(Monitor & io_monitor, Piece & io_piece)
     };
     start.flat = embed(io_piece);
     if (start.flat.empty())
-        return fail("no flat without folds was found for the mesh; look for elements that overlap or hang by a single node");
+        return fail(
+            "no flat without folds was found for the mesh; look for elements that overlap or hang by a single node");
     auto const stop = [&] { return io_monitor.report(0.0); };
     SymmetricDirichlet energy(io_piece);
     start.steps = energy.minimise(0.0, stop, start.flat);

@@ -1,7 +1,8 @@
 // Start.h: a flat without folds from which Newton converges.
 //
-// Tutte's embedding, then the flat of least distortion, placed over the part; constraints are brought in by penalties of rising weight
-// and set exactly at the end. The solution does not depend on the start; only whether it is reached does.
+// Tutte's embedding, then the flat of least distortion, placed over the part; constraints are brought in by penalties
+// of rising weight and set exactly at the end. The solution does not depend on the start; only whether it is reached
+// does.
 
 #ifndef START_H
 #define START_H

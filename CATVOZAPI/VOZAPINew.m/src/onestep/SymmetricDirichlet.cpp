@@ -1,11 +1,13 @@
-// SymmetricDirichlet.cpp: J. Smith, S. Schaefer, ACM Trans. Graph. 34 (2015) 70 (energy, step to the first fold); B. Smith, F. de Goes,
-// T. Kim, ACM Trans. Graph. 38 (2019) 3 (eigenpairs of the Hessian).
+// SymmetricDirichlet.cpp: J. Smith, S. Schaefer, ACM Trans. Graph. 34 (2015) 70 (energy, step to the first fold); B.
+// Smith, F. de Goes, T. Kim, ACM Trans. Graph. 38 (2019) 3 (eigenpairs of the Hessian).
 //
-// With G = U diag(s1, s2) V^T and j = s1 s2:  psi_i = s_i - s_i^-3,  psi_ii = 1 + 3 s_i^-4,  psi_12 = 0. Eigenpairs in the space of G:
+// With G = U diag(s1, s2) V^T and j = s1 s2:  psi_i = s_i - s_i^-3,  psi_ii = 1 + 3 s_i^-4,  psi_12 = 0. Eigenpairs in
+// the space of G:
 //     scalings  psi_11: U diag(1, 0) V^T,  psi_22: U diag(0, 1) V^T
 //     twist     (psi_1 + psi_2)/(s1 + s2) = 1 - (s1^2 - s1 s2 + s2^2)/j^3,   U [0 -1; 1 0] V^T/sqrt2
 //     flip      (psi_1 - psi_2)/(s1 - s2) = 1 + (s1^2 + s1 s2 + s2^2)/j^3,   U [0  1; 1 0] V^T/sqrt2
-// The quotients are divided out, so that equal singular values need no limit. Only the twist can be negative; it is clamped.
+// The quotients are divided out, so that equal singular values need no limit. Only the twist can be negative; it is
+// clamped.
 
 #include "onestep/SymmetricDirichlet.h"
 

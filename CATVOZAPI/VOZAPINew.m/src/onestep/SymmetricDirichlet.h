@@ -19,8 +19,8 @@ class SymmetricDirichlet
 public:
     explicit SymmetricDirichlet(Piece const & i_piece);
 
-    // Improves a flat without folds until the Newton decrement is below 1e-2 of the energy's root. i_penalty 0: holds do not act.
-    // i_stop: asked before each step. Returns the steps taken.
+    // Improves a flat without folds until the Newton decrement is below 1e-2 of the energy's root. i_penalty 0: holds
+    // do not act. i_stop: asked before each step. Returns the steps taken.
     int minimise(double i_penalty, std::function<bool()> const & i_stop, std::vector<geometry::Vec2> & io_flat);
 
     double energy(std::span<geometry::Vec2 const> i_flat, double i_penalty) const; // infinite where a point folds

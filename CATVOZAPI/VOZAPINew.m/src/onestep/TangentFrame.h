@@ -1,8 +1,9 @@
 // TangentFrame.h: the tangent plane of each node and the projection that equilibrium is taken with.
 //
-// The membrane forces of a node balance the outer actions in the tangent plane of the tools; along the normal the contact balances
-// them. Without tool friction the projection is the pair of tangents. With friction of coefficient mu the contact c = N . F drags on the
-// sheet with mu c along t_up, the tangent of rising third coordinate, which makes the projection an oblique one:
+// The membrane forces of a node balance the outer actions in the tangent plane of the tools; along the normal the
+// contact balances them. Without tool friction the projection is the pair of tangents. With friction of coefficient mu
+// the contact c = N . F drags on the sheet with mu c along t_up, the tangent of rising third coordinate, which makes
+// the projection an oblique one:
 //
 //     P = T - mu t_up N^T,   t_up = T a3 / max(|T a3|, 0.001)
 //

@@ -26,7 +26,8 @@ double loopLength(Piece const & i_piece, std::vector<int> const & i_loop)
 {
     double sum = 0.0;
     for (std::size_t i = 0; i < i_loop.size(); ++i)
-        sum += length(i_piece.mesh.position[at(i_loop[(i + 1) % i_loop.size()])] - i_piece.mesh.position[at(i_loop[i])]);
+        sum +=
+            length(i_piece.mesh.position[at(i_loop[(i + 1) % i_loop.size()])] - i_piece.mesh.position[at(i_loop[i])]);
     return sum;
 }
 

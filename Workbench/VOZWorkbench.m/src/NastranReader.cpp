@@ -51,6 +51,12 @@ bool isContinuationName(std::string_view name)
     return name.empty() || name[0] == '+' || name[0] == '*';
 }
 
+// A blank name carries on in the form of the line above.
+bool isLargeName(std::string_view name, bool isAfterLarge)
+{
+    return name.empty() ? isAfterLarge : name.back() == '*' || name.front() == '*';
+}
+
 std::string_view markOf(std::string_view text)
 {
     text = Trimmed(text);
@@ -59,7 +65,7 @@ std::string_view markOf(std::string_view text)
     return Trimmed(text);
 }
 
-void cutFree(std::string_view line, CutLine & cut)
+void cutFree(std::string_view line, bool isAfterLarge, CutLine & cut)
 {
     std::size_t begin = 0;
     for (std::size_t k = 0; begin <= line.size(); ++k)
@@ -70,7 +76,7 @@ void cutFree(std::string_view line, CutLine & cut)
         if (k == 0)
         {
             cut.name = text;
-            cut.isLarge = !text.empty() && (text.back() == '*' || text.front() == '*');
+            cut.isLarge = isLargeName(text, isAfterLarge);
             cut.count = cut.isLarge ? kFields / 2 : kFields;
         }
         else if (k <= cut.count)
@@ -87,10 +93,10 @@ void cutFree(std::string_view line, CutLine & cut)
     }
 }
 
-void cutFixed(std::string_view line, CutLine & cut)
+void cutFixed(std::string_view line, bool isAfterLarge, CutLine & cut)
 {
     cut.name = Trimmed(line.substr(0, kFieldWidth));
-    cut.isLarge = !cut.name.empty() && (cut.name.back() == '*' || cut.name.front() == '*');
+    cut.isLarge = isLargeName(cut.name, isAfterLarge);
     std::size_t const width = cut.isLarge ? kLargeWidth : kFieldWidth;
     cut.count = (kCardEnd - kFieldWidth) / width;
     for (std::size_t k = 0; k < cut.count; ++k)
@@ -223,9 +229,9 @@ private:
     {
         CutLine cut;
         if (text.find(',') != std::string_view::npos)
-            cutFree(text, cut);
+            cutFree(text, mIsLarge, cut);
         else
-            cutFixed(text, cut);
+            cutFixed(text, mIsLarge, cut);
         if (isContinuationName(cut.name))
         {
             if (mKind != Kind::None)
@@ -281,6 +287,7 @@ private:
             mFields[mCount].line = lines.Line();
         }
         mContinuation.assign(markOf(cut.mark));
+        mIsLarge = cut.isLarge;
     }
 
     void continueCard(CutLine const & cut, LineReader const & lines)
@@ -386,6 +393,7 @@ private:
     Kind mKind = Kind::None;
     std::string mName;
     std::string mContinuation; // mark that the next continuation should bear; empty: any
+    bool mIsLarge = false;     // form of its last line
     std::size_t mCorners = 0;
     std::array<Field, kFields> mFields;
     std::size_t mCount = 0;

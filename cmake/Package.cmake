@@ -18,3 +18,8 @@ configure_package_config_file(cmake/VOZDravoConfig.cmake.in ${CMAKE_BINARY_DIR}/
   INSTALL_DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/VOZDravo)
 install(FILES ${CMAKE_BINARY_DIR}/VOZDravoConfig.cmake ${CMAKE_BINARY_DIR}/VOZDravoConfigVersion.cmake
   DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/VOZDravo)
+
+# The prefix is known when the installation runs (cmake --install --prefix), so the pkg-config file finds it from its own place.
+file(RELATIVE_PATH voz_prefix_from_pc ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
+configure_file(cmake/vozdravo.pc.in ${CMAKE_BINARY_DIR}/vozdravo.pc @ONLY)
+install(FILES ${CMAKE_BINARY_DIR}/vozdravo.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

@@ -43,7 +43,8 @@ public:
 
     // Nodes and elements. n, e are resolved unless said otherwise; c, k are 0-based.
     double node(int n, int c) const;
-    Vec node(int n); // a view: writing to it writes the mesh
+    double node(int n, int c); // so that a literal 0 is no null row for the setter
+    Vec node(int n);           // a view: writing to it writes the mesh
     void node(int n, Vec const & i_value);
     int elem(int e, int k) const;               // position of corner k: the entry less the node offset
     void elem(int e, int k, int i_label) const; // stores the label as it stands

@@ -19,9 +19,11 @@ public:
 
     Vec axis(int i) const; // counted copy of row i: 0 local x, 1 y, 2 z
     double axis(int i, int j) const { return mAxis[i][j]; }
+    double axis(int i, int j) { return mAxis[i][j]; } // so that a literal 0 is no null row for the setter
     void axis(int i, Vec const & i_axis);
     Vec origin() const; // counted copy
     double origin(int i) const { return mOrigin[i]; }
+    double origin(int i) { return mOrigin[i]; }
     void origin(Vec const & i_origin);
 
     Vec fromGlobal(Vec const & p) const; // (X . d, Y . d, Z . d) with d = p - origin

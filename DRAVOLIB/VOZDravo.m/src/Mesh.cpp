@@ -187,6 +187,11 @@ double VOZCatMesh::node(int n, int c) const
     return nodeRow(position, holds)[holds ? c : 0];
 }
 
+double VOZCatMesh::node(int n, int c)
+{
+    return std::as_const(*this).node(n, c);
+}
+
 Vec VOZCatMesh::node(int n)
 {
     int const position = nodePosition(n);

@@ -61,11 +61,11 @@ SurfaceMesh radial(RadialGrid const & grid, Extent extent, Cells cells)
             int const b = index(row + 1, ray);
             int const c = index(row + 1, ray + 1);
             int const d = index(row, ray + 1);
-            bool const firstHalf = ray % perQuarter < (perQuarter + 1) / 2; // mirrored about the diagonal plane
+            bool const alternate = (row + ray) % 2 == 0; // diagonals all of one way would cost the second order
             if (row == 0)
                 mesh.elements.push_back({a, b, c, -1});
             else
-                addCell(mesh, {a, b, c, d}, cells, firstHalf);
+                addCell(mesh, {a, b, c, d}, cells, alternate);
         }
     return mesh;
 }

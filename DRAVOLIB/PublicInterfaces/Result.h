@@ -31,6 +31,7 @@ public:
 
     // Per node, 3 components.
     float disp(int i_node, int i_comp) const;
+    float disp(int i_node, int i_comp) { return disp1(i_node, i_comp); } // or a plain 0 could be taken for a Vec
     void disp(int i_node, int i_comp, float i_value);
     Vec disp(int i_node);
     void disp(int i_node, Vec const & i_value);
@@ -38,6 +39,7 @@ public:
     float disp2d(int i_node, int i_comp) const;
     void disp2d(int i_node, int i_comp, float i_value);
     float dispOnBinder(int i_node, int i_comp) const;
+    float dispOnBinder(int i_node, int i_comp) { return dispOnBinder1(i_node, i_comp); } // likewise
     void dispOnBinder(int i_node, int i_comp, float i_value);
     Vec dispOnBinder(int i_node);
     void dispOnBinder(int i_node, Vec const & i_value);

@@ -1,96 +1,78 @@
-// CommaLocale.h: a locale with a decimal comma, in force for the length of an object.
+// CommaLocale.h: the process under a locale whose decimal point is a comma, for as long as the object lives.
 //
-// A real one where the system has it or can make it; otherwise localeconv() alone tells of a comma. The definition of
-// localeconv stands here for both cases: it asks the C library unless a comma is to be played.
+// Such a locale is not installed everywhere, so one is made for the purpose where the system's localedef can, from a
+// source and a character map of its own; elsewhere the system's German one serves. A test that needs it asserts
+// inForce() first.
 
 #ifndef COMMALOCALE_H
 #define COMMALOCALE_H
 
 #include <clocale>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <string>
-
-#if !defined(_WIN32)
-#include <dlfcn.h>
-
-namespace commalocale
-{
-inline bool playsComma = false;
-}
-
-extern "C" __attribute__((weak)) lconv * localeconv() noexcept
-{
-    using Function = lconv * (*)();
-    static Function const real = reinterpret_cast<Function>(dlsym(RTLD_NEXT, "localeconv"));
-    static char comma[] = ",";
-    lconv * const result = real();
-    if (!commalocale::playsComma)
-        return result;
-    static lconv played;
-    played = *result;
-    played.decimal_point = comma;
-    return &played;
-}
-#endif
 
 class CommaLocale
 {
 public:
-    CommaLocale()
+    CommaLocale() : mBefore(std::setlocale(LC_ALL, nullptr))
     {
-        for (char const * name : {"de_DE.UTF-8", "de_DE.utf8", "fr_FR.UTF-8", "German_Germany.1252"})
-            if (!mIsReal)
-                mIsReal = std::setlocale(LC_ALL, name) != nullptr && std::localeconv()->decimal_point[0] == ',';
-        mIsReal = mIsReal || Make();
-        Play(!mIsReal);
+        mInForce = Made() || std::setlocale(LC_ALL, "de-DE") || std::setlocale(LC_ALL, "German_Germany.1252");
+        mInForce = mInForce && std::localeconv()->decimal_point[0] == ',';
     }
-    ~CommaLocale()
-    {
-        Play(false);
-        std::setlocale(LC_ALL, "C");
-    }
+    ~CommaLocale() { std::setlocale(LC_ALL, mBefore.c_str()); }
     CommaLocale(CommaLocale const &) = delete;
     CommaLocale & operator=(CommaLocale const &) = delete;
 
-    bool isReal() const { return mIsReal; }
+    bool inForce() const { return mInForce; }
 
 private:
 #if defined(_WIN32)
-    static bool Make()
+    static bool Made()
     {
         return false;
     }
-    static void Play(bool) {}
 #else
-    // Where the sources of locales are installed, one is made in the temporary folder.
-    static bool Make()
+    static void WriteSources(std::filesystem::path const & folder)
+    {
+        std::ofstream(folder / "source")
+            << "LC_NUMERIC\ndecimal_point \",\"\nthousands_sep \".\"\ngrouping 3;3\nEND LC_NUMERIC\n";
+        std::ofstream map(folder / "map");
+        map << "<code_set_name> ANSI_X3.4-1968\n<comment_char> %\n<escape_char> /\nCHARMAP\n";
+        for (unsigned c = 0; c < 128; ++c)
+        {
+            char line[32];
+            std::snprintf(line, sizeof line, "<U%04X> /x%02x X\n", c, c);
+            map << line;
+        }
+        map << "END CHARMAP\n";
+    }
+
+    static bool Made()
     {
         namespace fs = std::filesystem;
-        if (!fs::exists("/usr/share/i18n/locales/de_DE"))
+        std::string pattern = (fs::temp_directory_path() / "voz-locale-XXXXXX").string();
+        if (!mkdtemp(pattern.data()))
             return false;
-        fs::path const folder = fs::temp_directory_path() / "vozdravo_locales";
-        std::error_code error;
-        fs::create_directories(folder, error);
-        std::string const path = folder.string();
-        if (!fs::exists(folder / "de_DE.utf8"))
-        {
-            std::string const command = "localedef -i de_DE -f UTF-8 '" + path + "/de_DE.utf8' >/dev/null 2>&1";
-            if (std::system(command.c_str()) < 0)
-                return false;
-        }
-        setenv("LOCPATH", path.c_str(), 1);
-        bool const made = std::setlocale(LC_ALL, "de_DE.utf8") != nullptr;
+        fs::path const folder = pattern;
+        WriteSources(folder);
+        std::string const command = "cd '" + pattern +
+                                    "' && PATH=\"$PATH:/usr/sbin\" localedef --no-archive -c -f ./map -i ./source "
+                                    "./comma_COMMA >log 2>&1";
+        int const ignored = std::system(command.c_str()); // it warns about the categories that are not there
+        static_cast<void>(ignored);
+        setenv("LOCPATH", pattern.c_str(), 1);
+        bool const made = std::setlocale(LC_NUMERIC, "comma_COMMA") != nullptr;
         unsetenv("LOCPATH");
-        return made && std::localeconv()->decimal_point[0] == ',';
-    }
-    static void Play(bool i_on)
-    {
-        commalocale::playsComma = i_on;
+        fs::remove_all(folder);
+        return made;
     }
 #endif
 
-    bool mIsReal = false;
+    std::string mBefore;
+    bool mInForce;
 };
 
 #endif

@@ -62,7 +62,7 @@ bool IsTooLarge(std::string_view text, bool hexadecimal)
     return place * (hexadecimal ? 4.0 : 1.0) + exponent > 0.0;
 }
 
-double UnsignedToDouble(char const * first)
+double NumberAt(char const * first, bool negative)
 {
     bool const hexadecimal = first[0] == '0' && (first[1] == 'x' || first[1] == 'X') &&
                              (IsHexDigit(first[2]) || (first[2] == '.' && IsHexDigit(first[3])));
@@ -71,10 +71,14 @@ double UnsignedToDouble(char const * first)
     double value = 0.0;
     auto const format = hexadecimal ? std::chars_format::hex : std::chars_format::general;
     auto const [end, error] = std::from_chars(first, first + std::strlen(first), value, format);
-    if (error != std::errc::result_out_of_range)
-        return value;
-    std::string_view const text(first, static_cast<std::size_t>(end - first));
-    return IsTooLarge(text, hexadecimal) ? std::numeric_limits<double>::infinity() : 0.0;
+    if (error == std::errc::invalid_argument)
+        return 0.0; // a sign alone gives it none
+    if (error == std::errc::result_out_of_range)
+    {
+        std::string_view const text(first, static_cast<std::size_t>(end - first));
+        value = IsTooLarge(text, hexadecimal) ? std::numeric_limits<double>::infinity() : 0.0;
+    }
+    return negative ? -value : value;
 }
 } // namespace
 
@@ -99,8 +103,7 @@ double TextToDouble(char const * i_text)
         ++i_text;
     if (*i_text == '-') // std::from_chars would take a second sign
         return 0.0;
-    double const value = UnsignedToDouble(i_text);
-    return negative ? -value : value;
+    return NumberAt(i_text, negative);
 }
 
 double ParseDeckDouble(char const * i_text)

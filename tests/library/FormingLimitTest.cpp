@@ -1,0 +1,517 @@
+// FormingLimitTest.cpp: FLD0 by its three entries, the curves, and the zones: each branch, each bound, and random pairs
+// against a second reading of the rules.
+
+#include "FormingLimit.h"
+
+#include "Material.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <initializer_list>
+#include <ostream>
+#include <random>
+
+namespace
+{
+double const kCapped = 356.7 * 0.118 + 23.36; // the bracket of FLD0 at the cap of the thickness
+
+// r 1, margin 10, plane-strain band 5 percent, FLD0 as given.
+FormingLimit limitWith(double fldZero, int type = 0)
+{
+    return FormingLimit(1.0, 0.2, 1.0, 10.0, 5.0, fldZero, type);
+}
+
+struct Zones
+{
+    int forming;
+    int safety;
+};
+
+bool operator==(Zones const & a, Zones const & b)
+{
+    return a.forming == b.forming && a.safety == b.safety;
+}
+
+std::ostream & operator<<(std::ostream & stream, Zones const & zones)
+{
+    return stream << "forming " << zones.forming << ", safety " << zones.safety;
+}
+
+struct Limits
+{
+    double thinning = 0.0;
+    double thinningMargin = 0.0;
+    double shear = 0.0;
+    double shearMargin = 0.0;
+    double wrinkle = 0.0;
+};
+
+Zones zonesOf(FormingLimit const & limit, double major, double minor, Limits const & limits = {})
+{
+    Zones zones{-99, -99};
+    limit.zones(major, minor, zones.forming, zones.safety, limits.thinning, limits.thinningMargin, limits.shear,
+                limits.shearMargin, limits.wrinkle);
+    return zones;
+}
+
+double percent(double trueStrain)
+{
+    return (std::exp(trueStrain) - 1.0) * 100.0;
+}
+} // namespace
+
+TEST(FormingLimit, DefaultIsAllZero)
+{
+    FormingLimit const limit;
+    EXPECT_EQ(limit.thickness(), 0.0);
+    EXPECT_EQ(limit.rBar(), 0.0);
+    EXPECT_EQ(limit.exponent(), 0.0);
+    EXPECT_EQ(limit.safetyMargin(), 0.0);
+    EXPECT_EQ(limit.planeStrainTol(), 0.0);
+    EXPECT_EQ(limit.fldZero(), 0.0);
+    EXPECT_EQ(limit.type(), 0);
+}
+
+TEST(FormingLimit, TakesItsSevenValuesInOrder)
+{
+    FormingLimit const limit(1.5, 0.22, 0.001, 10.0, 2.0, 33.0, 1);
+    EXPECT_EQ(limit.rBar(), 1.5);
+    EXPECT_EQ(limit.exponent(), 0.22);
+    EXPECT_EQ(limit.thickness(), 0.001);
+    EXPECT_EQ(limit.safetyMargin(), 10.0);
+    EXPECT_EQ(limit.planeStrainTol(), 2.0);
+    EXPECT_EQ(limit.fldZero(), 33.0);
+    EXPECT_EQ(limit.type(), 1);
+}
+
+TEST(FormingLimit, ComputesFldZeroOnlyFromZeroAndTypeZero)
+{
+    double const expected = (356.7 * (0.001 * 39.37007874015748) + 23.36) * 0.22 / 0.2116;
+    EXPECT_EQ(FormingLimit(1.5, 0.22, 0.001, 10.0, 2.0, 0.0, 0).fldZero(), expected);
+    EXPECT_EQ(FormingLimit(1.5, 0.22, 0.001, 10.0, 2.0, 0.0, 1).fldZero(), 0.0);
+    EXPECT_EQ(FormingLimit(1.5, 0.22, 0.001, 10.0, 2.0, 12.0, 0).fldZero(), 12.0);
+    EXPECT_EQ(FormingLimit(1.5, 0.22, 0.001, 10.0, 2.0, -1.0, 0).fldZero(), -1.0);
+}
+
+TEST(FormingLimit, ReadsItsThicknessAsMetresSoThatMillimetresLandOnTheCap)
+{
+    FormingLimit const millimetre(1.5, 0.2116, 1.0, 10.0, 2.0, 0.0, 0);
+    EXPECT_DOUBLE_EQ(millimetre.fldZero(), kCapped);
+    FormingLimit const belowCap(1.5, 0.2116, 0.002, 10.0, 2.0, 0.0, 0);
+    EXPECT_DOUBLE_EQ(belowCap.fldZero(), 356.7 * 0.002 * 39.37007874015748 + 23.36);
+}
+
+TEST(FormingLimit, TakesThicknessAnisotropyAndExponentFromAMaterial)
+{
+    Material const material(0.8, 1.9, 0.23, 540.0, 160.0);
+    FormingLimit const limit(material, 9.0, 3.0, 0.0, 0);
+    EXPECT_EQ(limit.thickness(), 0.8);
+    EXPECT_EQ(limit.rBar(), 1.9);
+    EXPECT_EQ(limit.exponent(), 0.23);
+    EXPECT_EQ(limit.safetyMargin(), 9.0);
+    EXPECT_EQ(limit.planeStrainTol(), 3.0);
+    EXPECT_DOUBLE_EQ(limit.fldZero(), kCapped * 0.23 / 0.2116);
+    EXPECT_EQ(FormingLimit(material, 9.0, 3.0, 0.0, 1).fldZero(), 0.0);
+    EXPECT_EQ(FormingLimit(material, 9.0, 3.0, 41.0, 0).fldZero(), 41.0);
+}
+
+TEST(FormingLimit, TheMaterialsExponentCountsFromFourPointsOn)
+{
+    FormingLimit limit(1.0, 0.1, 1.0, 10.0, 5.0, 50.0, 0);
+    limit.computeZero(Material(1.0, 1.0, 0.3, 500.0, 200.0, 3, 0));
+    EXPECT_DOUBLE_EQ(limit.fldZero(), kCapped * 0.1 / 0.2116);
+    limit.computeZero(Material(1.0, 1.0, 0.3, 500.0, 200.0, 4, 0));
+    EXPECT_DOUBLE_EQ(limit.fldZero(), kCapped * 0.3 / 0.2116);
+    limit.computeZero();
+    EXPECT_DOUBLE_EQ(limit.fldZero(), kCapped * 0.1 / 0.2116);
+}
+
+// The thickness is the limit's own, whatever the material's.
+TEST(FormingLimit, ComputeZeroOfAMaterialKeepsItsOwnThickness)
+{
+    FormingLimit limit(1.0, 0.2116, 0.001, 10.0, 5.0, 50.0, 0);
+    limit.computeZero(Material(3.0, 1.0, 0.3, 500.0, 200.0));
+    EXPECT_DOUBLE_EQ(limit.fldZero(), 356.7 * 0.001 * 39.37007874015748 + 23.36);
+}
+
+TEST(FormingLimit, CopiesTakeAllFields)
+{
+    FormingLimit const source(1.5, 0.22, 0.001, 10.0, 2.0, 33.0, 1);
+    FormingLimit const copy(source);
+    FormingLimit assigned;
+    assigned = source;
+    for (FormingLimit const * limit : std::initializer_list<FormingLimit const *>{&copy, &assigned})
+    {
+        EXPECT_EQ(limit->rBar(), 1.5);
+        EXPECT_EQ(limit->exponent(), 0.22);
+        EXPECT_EQ(limit->thickness(), 0.001);
+        EXPECT_EQ(limit->safetyMargin(), 10.0);
+        EXPECT_EQ(limit->planeStrainTol(), 2.0);
+        EXPECT_EQ(limit->fldZero(), 33.0);
+        EXPECT_EQ(limit->type(), 1);
+    }
+}
+
+TEST(FormingLimit, StrainConversionsCutAtNinetyNinePercent)
+{
+    FormingLimit const limit;
+    EXPECT_EQ(limit.engToTrueStrain(0.0), 0.0);
+    EXPECT_EQ(limit.engToTrueStrain(40.0), std::log(1.4));
+    EXPECT_NEAR(limit.engToTrueStrain(-98.9), std::log(0.011), 1e-12);
+    EXPECT_EQ(limit.engToTrueStrain(-99.0), -5.0);
+    EXPECT_EQ(limit.engToTrueStrain(-150.0), -5.0);
+    EXPECT_DOUBLE_EQ(limit.trueToEngStrain(std::log(1.4)), 40.0);
+}
+
+TEST(FormingLimit, UniaxialMinorStrainsFollowTheAnisotropy)
+{
+    FormingLimit const limit(2.0, 0.2, 1.0, 10.0, 5.0, 30.0, 0);
+    EXPECT_DOUBLE_EQ(limit.uniaxialTensionMinor(30.0), -20.0);
+    EXPECT_DOUBLE_EQ(limit.uniaxialCompressionMinor(30.0), -45.0);
+}
+
+TEST(FormingLimit, FactorsChangeAtMinorZeroAndTypeHalvesTheFirst)
+{
+    double a = 0.0;
+    double b = 0.0;
+    limitWith(30.0).factors(1e-9, a, b);
+    EXPECT_EQ(a, 0.784854);
+    EXPECT_EQ(b, -0.008565);
+    limitWith(30.0).factors(0.0, a, b);
+    EXPECT_EQ(a, -0.627354);
+    EXPECT_EQ(b, 0.042236);
+    limitWith(30.0, 1).factors(1.0, a, b);
+    EXPECT_EQ(a, 0.784854 / 2.0);
+    EXPECT_EQ(b, -0.008565);
+    limitWith(30.0, 1).factors(-1.0, a, b);
+    EXPECT_EQ(a, -0.627354 / 2.0);
+    EXPECT_EQ(b, 0.042236);
+    limitWith(30.0, 2).factors(1.0, a, b); // only type 1 halves
+    EXPECT_EQ(a, 0.784854);
+}
+
+TEST(FormingLimit, CurvesAreParabolasAMarginApart)
+{
+    FormingLimit const limit = limitWith(30.0);
+    EXPECT_EQ(limit.limitCurveMajor(0.0), 30.0);
+    EXPECT_EQ(limit.safetyCurveMajor(0.0), 20.0);
+    EXPECT_DOUBLE_EQ(limit.limitCurveMajor(4.0), (-0.008565 * 4.0 + 0.784854) * 4.0 + 30.0);
+    EXPECT_DOUBLE_EQ(limit.limitCurveMajor(-4.0), (0.042236 * -4.0 - 0.627354) * -4.0 + 30.0);
+    EXPECT_DOUBLE_EQ(limit.safetyCurveMajor(-4.0), (0.042236 * -4.0 - 0.627354) * -4.0 + 20.0);
+}
+
+TEST(FormingLimitZones, NoStrainIsPlaneStrainAndSafe)
+{
+    EXPECT_EQ(zonesOf(limitWith(30.0), 0.0, 0.0), (Zones{1, 2}));
+}
+
+TEST(FormingLimitZones, ImpossiblePairsAreUndefined)
+{
+    EXPECT_EQ(zonesOf(limitWith(30.0), -1.0, 1.0), (Zones{-1, -1}));
+    EXPECT_EQ(zonesOf(limitWith(30.0), 10.0, 20.0), (Zones{-1, -1}));
+    EXPECT_EQ(zonesOf(limitWith(30.0), 1000.0, 2000.0), (Zones{-1, -1})); // above the curve all the same
+}
+
+TEST(FormingLimitZones, ShrinkingBothWaysIsStrongCompression)
+{
+    EXPECT_EQ(zonesOf(limitWith(30.0), -1.0, -2.0), (Zones{5, 4}));
+    EXPECT_EQ(zonesOf(limitWith(30.0), -1.0, 0.0), (Zones{5, 4}));
+    EXPECT_EQ(zonesOf(limitWith(-50.0), -1.0, 0.0), (Zones{5, 0})); // the curves are asked first
+}
+
+// With r = 1 the three lines are at E2 = -E1/2, -E1 and -2 E1, in true strain.
+TEST(FormingLimitZones, FormingFollowsTheThreeLines)
+{
+    FormingLimit const limit = limitWith(500.0);
+    double const e1 = 0.2;
+    struct
+    {
+        double e2;
+        int forming;
+    } const rows[] = {{0.2, 0},     {0.1, 0},     {0.0101, 0},  {0.0099, 1},  {0.0, 1},     {-0.0099, 1}, {-0.0101, 2},
+                      {-0.0999, 2}, {-0.1001, 3}, {-0.1999, 3}, {-0.2001, 4}, {-0.3999, 4}, {-0.4001, 5}, {-3.0, 5}};
+    for (auto const & row : rows)
+        EXPECT_EQ(zonesOf(limit, percent(e1), percent(row.e2)).forming, row.forming) << row.e2;
+}
+
+TEST(FormingLimitZones, WithoutABandOnlyMinorZeroIsPlaneStrain)
+{
+    FormingLimit const none(1.0, 0.2, 1.0, 10.0, 0.0, 500.0, 0);
+    EXPECT_EQ(zonesOf(none, 20.0, 0.0).forming, 1);
+    EXPECT_EQ(zonesOf(none, 20.0, 20.0).forming, 0); // equal strains are possible
+    EXPECT_EQ(zonesOf(none, 20.0, 1e-9).forming, 0);
+    EXPECT_EQ(zonesOf(none, 20.0, -1e-9).forming, 2);
+}
+
+namespace
+{
+// Below the cut the minor true strain is -5 exactly; with this major one, whose true strain is 5 exactly, a pair stands
+// on a bound.
+double majorOfTrueFive()
+{
+    double major = percent(5.0) - 1e-9;
+    while (std::log(major / 100.0 + 1.0) < 5.0)
+        major = std::nextafter(major, 1e9);
+    EXPECT_EQ(std::log(major / 100.0 + 1.0), 5.0);
+    return major;
+}
+} // namespace
+
+TEST(FormingLimitZones, TheBandsOwnBoundIsPlaneStrain)
+{
+    double const major = majorOfTrueFive();
+    FormingLimit const band(1.0, 0.2, 1.0, 10.0, 100.0, 1e9, 0);
+    EXPECT_EQ(zonesOf(band, major, -99.0).forming, 1);
+    EXPECT_EQ(zonesOf(band, major - 1e-9, -99.0).forming, 4);
+}
+
+TEST(FormingLimitZones, TheLineOfPureShearBelongsToTheZoneBeyond)
+{
+    double const major = majorOfTrueFive();
+    FormingLimit const limit = limitWith(1e9);
+    EXPECT_EQ(zonesOf(limit, major, -99.0).forming, 4);
+    EXPECT_EQ(zonesOf(limit, major + 1e-9, -99.0).forming, 3);
+    EXPECT_EQ(zonesOf(limit, major - 1e-9, -99.0).forming, 4);
+}
+
+TEST(FormingLimitZones, OnTheLimitCurveIsFailureAndOnTheSafetyCurveMarginal)
+{
+    FormingLimit const limit = limitWith(30.0);
+    for (double const minor : {0.0, 3.0, -3.0})
+    {
+        double const top = limit.limitCurveMajor(minor);
+        double const low = limit.safetyCurveMajor(minor);
+        EXPECT_EQ(zonesOf(limit, top, minor).safety, 0) << minor;
+        EXPECT_EQ(zonesOf(limit, std::nextafter(top, 0.0), minor).safety, 1) << minor;
+        EXPECT_EQ(zonesOf(limit, low, minor).safety, 1) << minor;
+        EXPECT_EQ(zonesOf(limit, std::nextafter(low, 0.0), minor).safety, 2) << minor;
+    }
+}
+
+TEST(FormingLimitZones, CompressionZonesHaveCodesOfTheirOwn)
+{
+    FormingLimit const limit = limitWith(100.0);
+    EXPECT_EQ(zonesOf(limit, percent(0.1), percent(-0.15)), (Zones{4, 3}));
+    EXPECT_EQ(zonesOf(limit, percent(0.1), percent(-0.25)), (Zones{5, 4}));
+    EXPECT_EQ(zonesOf(limit, percent(0.1), percent(-0.08)), (Zones{3, 2}));
+}
+
+TEST(FormingLimitZones, ThinningBeyondTheLimitFailsAndBeyondTheMarginIsMarginal)
+{
+    FormingLimit const limit = limitWith(500.0);
+    Limits limits;
+    limits.thinning = -0.3;
+    limits.thinningMargin = -0.2;
+    EXPECT_EQ(zonesOf(limit, percent(0.25), percent(0.1), limits), (Zones{0, 0})); // E3 -0.35
+    EXPECT_EQ(zonesOf(limit, percent(0.2), percent(0.05), limits), (Zones{0, 1})); // E3 -0.25
+    EXPECT_EQ(zonesOf(limit, percent(0.1), percent(0.05), limits), (Zones{0, 2}));
+}
+
+TEST(FormingLimitZones, AThinningLimitOfZeroSwitchesItsMarginOffToo)
+{
+    Limits limits;
+    limits.thinningMargin = -0.01;
+    EXPECT_EQ(zonesOf(limitWith(500.0), percent(0.25), percent(0.1), limits), (Zones{0, 2}));
+}
+
+TEST(FormingLimitZones, ShearBeyondTheLimitFailsAndBeyondTheMarginIsMarginal)
+{
+    FormingLimit const limit = limitWith(500.0);
+    Limits limits;
+    limits.shear = percent(0.2) / 100.0; // E1 - E2 above 0.4
+    limits.shearMargin = percent(0.1) / 100.0;
+    EXPECT_EQ(zonesOf(limit, percent(0.3), percent(-0.12), limits), (Zones{2, 0}));
+    EXPECT_EQ(zonesOf(limit, percent(0.2), percent(-0.09), limits), (Zones{2, 1}));
+    EXPECT_EQ(zonesOf(limit, percent(0.1), percent(-0.04), limits), (Zones{2, 2}));
+    limits.shear = 0.0;
+    EXPECT_EQ(zonesOf(limit, percent(0.3), percent(-0.12), limits), (Zones{2, 2}));
+}
+
+TEST(FormingLimitZones, CompressionIsJudgedOnShearAlone)
+{
+    FormingLimit const limit = limitWith(500.0);
+    Limits limits;
+    limits.thinning = 5.0; // above every E3: each point that is asked would fail
+    limits.thinningMargin = 5.0;
+    EXPECT_EQ(zonesOf(limit, percent(0.1), percent(-0.15), limits), (Zones{4, 3}));
+    EXPECT_EQ(zonesOf(limit, percent(0.1), percent(-0.25), limits), (Zones{5, 4}));
+    EXPECT_EQ(zonesOf(limit, percent(0.1), percent(-0.08), limits), (Zones{3, 0}));
+    limits.shear = percent(0.1) / 100.0; // E1 - E2 above 0.2
+    EXPECT_EQ(zonesOf(limit, percent(0.1), percent(-0.15), limits), (Zones{4, 0}));
+    EXPECT_EQ(zonesOf(limit, percent(0.1), percent(-0.25), limits), (Zones{5, 0}));
+}
+
+TEST(FormingLimitZones, TheMarginalBandAsksThinningBeforeShear)
+{
+    FormingLimit const limit = limitWith(percent(0.3) + 5.0); // major 0.3 lies in the band at minor 0
+    Limits limits;
+    limits.thinning = -0.5;
+    limits.thinningMargin = -0.2;                                        // marginal by thinning
+    limits.shear = 0.01;                                                 // failed by shear
+    EXPECT_EQ(zonesOf(limit, percent(0.3), 0.0, limits), (Zones{1, 1})); // thinning answered first
+    limits.thinningMargin = -0.4;
+    EXPECT_EQ(zonesOf(limit, percent(0.3), 0.0, limits), (Zones{1, 0}));
+    EXPECT_EQ(zonesOf(limit, percent(0.3), 0.0), (Zones{1, 1}));
+}
+
+TEST(FormingLimitZones, TheWrinkleLimitPlaysNoPart)
+{
+    FormingLimit const limit = limitWith(30.0);
+    for (double const wrinkle : {-1.0, 0.0, 0.05, 1e9})
+    {
+        Limits limits;
+        limits.wrinkle = wrinkle;
+        EXPECT_EQ(zonesOf(limit, percent(0.1), percent(-0.25), limits), (Zones{5, 4}));
+    }
+}
+
+TEST(FormingLimitZones, StrainsBelowTheCutCountAsMinusFive)
+{
+    Limits limits;
+    limits.shear = std::exp(2.6) - 1.0; // E1 - E2 above 5.2
+    limits.shearMargin = limits.shear;
+    FormingLimit const limit = limitWith(1e9);
+    EXPECT_EQ(zonesOf(limit, percent(0.1), -99.0, limits), (Zones{5, 4}));
+    EXPECT_EQ(zonesOf(limit, percent(0.1), -500.0, limits), (Zones{5, 4}));
+    EXPECT_EQ(zonesOf(limit, percent(0.3), -500.0, limits), (Zones{5, 0}));
+}
+
+namespace
+{
+// A second reading of the rules, written as the list of cases that the codes name.
+Zones referenceZones(double r, double tol, double fld0, double margin, int type, double major, double minor,
+                     Limits const & limits)
+{
+    double const e1 = major > -99.0 ? std::log(major / 100.0 + 1.0) : -5.0;
+    double const e2 = minor > -99.0 ? std::log(minor / 100.0 + 1.0) : -5.0;
+    int forming = 5;
+    if (e1 >= 0.0 && e1 * tol / 100.0 >= std::fabs(e2))
+        forming = 1;
+    else if (e1 < 0.0 ? e2 > 0.0 : (e2 >= 0.0 && e1 < e2))
+        forming = -1;
+    else if (e1 >= 0.0 && e2 >= 0.0)
+        forming = 0;
+    else if (e1 >= 0.0 && e2 > -r * e1 / (r + 1.0))
+        forming = 2;
+    else if (e1 >= 0.0 && e2 > -e1)
+        forming = 3;
+    else if (e1 >= 0.0 && e2 > -(r + 1.0) * e1 / r)
+        forming = 4;
+    if (forming < 0)
+        return {-1, -1};
+
+    double const linear = (minor > 0.0 ? 0.784854 : -0.627354) * (type == 1 ? 0.5 : 1.0);
+    double const square = minor > 0.0 ? -0.008565 : 0.042236;
+    double const shape = (square * minor + linear) * minor;
+    if (major >= shape + fld0)
+        return {forming, 0};
+    bool const band = major >= shape + (fld0 - margin);
+    bool const compressed = !band && forming >= 4;
+    double const thickness = -(e1 + e2);
+    if (limits.thinning != 0.0 && !compressed)
+    {
+        if (limits.thinning > thickness)
+            return {forming, 0};
+        if (limits.thinningMargin > thickness)
+            return {forming, 1};
+    }
+    if (limits.shear != 0.0)
+    {
+        if (e1 > 2.0 * std::log(limits.shear + 1.0) + e2)
+            return {forming, 0};
+        if (e1 > 2.0 * std::log(limits.shearMargin + 1.0) + e2)
+            return {forming, 1};
+    }
+    return {forming, band ? 1 : compressed ? forming - 1 : 2};
+}
+} // namespace
+
+TEST(FormingLimitZones, AgreeWithASecondReadingOnRandomPairs)
+{
+    std::mt19937 random(20240611);
+    auto const within = [&random](double low, double high)
+    { return std::uniform_real_distribution<double>(low, high)(random); };
+    int seen[7][6] = {};
+    for (int i = 0; i < 20000; ++i)
+    {
+        double const r = within(0.4, 2.5);
+        double const tol = within(0.0, 15.0);
+        double const fld0 = within(5.0, 60.0);
+        double const margin = within(0.0, 15.0);
+        int const type = i % 3 == 0;
+        Limits limits;
+        if (i % 2)
+            limits = {within(-0.5, -0.2), within(-0.2, 0.0), 0.0, 0.0, 0.0};
+        if (i % 5 > 1)
+        {
+            limits.shear = within(0.1, 0.5);
+            limits.shearMargin = within(0.0, 0.1);
+        }
+        double const major = i % 50 ? within(-20.0, 80.0) : within(-120.0, 0.0);
+        double const minor = within(-60.0, 60.0) * (i % 4 ? 1.0 : 0.1);
+        FormingLimit const limit(r, 0.2, 1.0, margin, tol, fld0, type);
+        Zones const expected = referenceZones(r, tol, fld0, margin, type, major, minor, limits);
+        ASSERT_EQ(zonesOf(limit, major, minor, limits), expected) << major << ' ' << minor << " in case " << i;
+        ++seen[expected.forming + 1][expected.safety + 1];
+    }
+    for (int forming = 0; forming <= 5; ++forming)
+        EXPECT_GT(seen[forming + 1][1] + seen[forming + 1][2] + seen[forming + 1][3], 0) << forming;
+    EXPECT_GT(seen[5][4], 0); // compression
+    EXPECT_GT(seen[6][5], 0); // strong compression
+}
+
+TEST(FldZero, StartsAtOneAndStandard)
+{
+    FldZero const zero;
+    EXPECT_EQ(zero.zero(), 1.0);
+    EXPECT_EQ(zero.type(), 0);
+}
+
+TEST(FldZero, ConstructionTakesTheValueAsGiven)
+{
+    FldZero const zero(150.0);
+    EXPECT_EQ(zero.zero(), 150.0);
+    EXPECT_EQ(zero.type(), 0);
+    FldZero const copy(zero);
+    EXPECT_EQ(copy.zero(), 150.0);
+}
+
+TEST(FldZero, RefusesWhatLiesOutsideAHundredPercent)
+{
+    FldZero zero;
+    for (double const kept : {0.0, 37.5, 100.0})
+    {
+        zero.zero(kept);
+        EXPECT_EQ(zero.zero(), kept);
+    }
+    for (double const refused : {150.0, 100.0000001, -1e-9, std::nan("")})
+    {
+        zero.zero(50.0);
+        zero.zero(refused);
+        EXPECT_EQ(zero.zero(), 1.0) << refused;
+    }
+}
+
+TEST(FldZero, KnowsTwoTypes)
+{
+    FldZero zero;
+    zero.type(1);
+    EXPECT_EQ(zero.type(), 1);
+    zero.type(2);
+    EXPECT_EQ(zero.type(), 0);
+    zero.type(1);
+    zero.type(-1);
+    EXPECT_EQ(zero.type(), 0);
+    zero.type(1);
+    zero.type(0);
+    EXPECT_EQ(zero.type(), 0);
+}
+
+TEST(FldZero, HonoursMillimetresUpToTheCap)
+{
+    EXPECT_DOUBLE_EQ(FldZero::CalculateFLD0(1.0, 0.2116), 356.7 / 25.4 + 23.36);
+    EXPECT_EQ(FldZero::CalculateFLD0(1.0, 0.19), (356.7 * (1.0 / 25.4) + 23.36) * 0.19 / 0.2116);
+    EXPECT_DOUBLE_EQ(FldZero::CalculateFLD0(2.9972, 0.2116), kCapped); // 0.118 inches
+    EXPECT_DOUBLE_EQ(FldZero::CalculateFLD0(50.0, 0.2116), kCapped);
+}

@@ -23,7 +23,7 @@ enum class FindingKind
     Duplicate,       // element: the same corners as an earlier one (other)
     NonManifoldEdge, // edge node-other node; element: the third on it; value: elements on it
     Flipped,         // element: runs against the rest of its piece
-    NotOrientable,   // edge node-other node: no choice of directions makes its piece agree
+    NotOrientable,   // element, other element: neighbours that no choice of directions makes run alike
     OpenBoundary,    // node: boundary edges do not form simple loops there; value: edges that meet
     ClosePair,       // node, other node: nearer than the tolerance; value: distance, mm
     LoneNode,        // node: no element uses it

@@ -4,6 +4,7 @@
 // whatever its first word, since many binary files begin with "solid". Corners at the same place become one node while
 // the file is read, so that memory goes with the mesh; those within the tolerance are joined at the end.
 
+#include "ElementShape.h"
 #include "LineReader.h"
 #include "MeshBuilder.h"
 #include "MeshReaders.h"
@@ -24,7 +25,6 @@ constexpr std::size_t kHead = 84;     // header and count
 constexpr std::size_t kFacet = 50;    // normal, corners, attribute
 constexpr std::size_t kNormal = 12;   // passed over
 constexpr double kDefaultWeld = 1e-6; // of the diagonal: some roundings of a single-precision coordinate
-constexpr double kNoArea = 1e-12;     // twice the area over the square of the longest side
 constexpr std::size_t kNamed = 5;     // facets that a remark names
 
 using Point = std::array<double, 3>;
@@ -281,7 +281,7 @@ private:
                 isKept[static_cast<std::size_t>(e)] = 0;
                 dropped.push_back(e);
             }
-            else if (hasNoArea(model.mesh, row))
+            else if (ShapeOf(model.mesh, row).hasNoArea)
                 flat.push_back(e);
         }
         if (static_cast<int>(dropped.size()) == count)
@@ -305,21 +305,6 @@ private:
         for (std::size_t i = 0; i < std::min(kNamed, facets.size()); ++i)
             text += (i > 0 ? ", " : "") + std::to_string(facets[i]);
         return text + (facets.size() > kNamed ? ", ...)" : ")") + (facets.size() == 1 ? " has" : " have");
-    }
-
-    static bool hasNoArea(VOZCatMesh const & mesh, int const (&row)[4])
-    {
-        Point a, b;
-        double longest = 0.0;
-        for (int c = 0; c < 3; ++c)
-        {
-            auto const i = static_cast<std::size_t>(c);
-            a[i] = mesh.NodeValue(row[1], c) - mesh.NodeValue(row[0], c);
-            b[i] = mesh.NodeValue(row[2], c) - mesh.NodeValue(row[0], c);
-            longest = std::max({longest, std::abs(a[i]), std::abs(b[i])});
-        }
-        double const area = std::hypot(a[1] * b[2] - a[2] * b[1], a[2] * b[0] - a[0] * b[2], a[0] * b[1] - a[1] * b[0]);
-        return area <= kNoArea * longest * longest;
     }
 
     static void renumber(MeshModel & model)

@@ -1,0 +1,150 @@
+// VOZUtilitySolving.cpp: the door of the kernel.
+//
+// Records in, one-step solve, records out. Nothing of the stage changes until the answer is there and sound.
+
+#include "VOZUtilitySolving.h"
+
+#include "CATError.h"
+#include "JobProblem.h"
+#include "RunFiles.h"
+#include "TextOf.h"
+#include "VOZFormingResult.h"
+#include "VOZMesh.h"
+#include "VOZMultiStageSolverIOData.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <memory>
+#include <vector>
+
+namespace
+{
+
+using voz::onestep::Problem;
+using voz::onestep::Solution;
+using voz::onestep::Status;
+
+constexpr std::size_t kPlaces = 4;     // integration points that are allocated per element
+constexpr std::size_t kComponents = 3; // values per integration point
+
+[[noreturn]] void Raise(std::string const & i_text)
+{
+    throw CATError(CATUnicodeString(i_text.c_str()), "VOZUtilitySolving", __LINE__);
+}
+
+bool HasQuad(VOZMesh_s const * i_pMesh)
+{
+    if (!i_pMesh || !i_pMesh->GetElements())
+        return false;
+    VOZElement_s const * const pFirst = i_pMesh->GetElements();
+    return std::any_of(pFirst, pFirst + i_pMesh->GetNumElements(),
+                       [](VOZElement_s const & element) { return element.m_anNodeIndices[3] != -1; });
+}
+
+// Spreads the solver's points over the places of the record: the reader has one stride for all meshes of the job, so
+// a triangle among quadrilaterals, and a triangle beside a binder that has one, repeats its only point.
+std::unique_ptr<double[]> Placed(std::vector<double> const & i_values, std::size_t i_numElements,
+                                 std::size_t i_strideFrom, std::size_t i_strideTo)
+{
+    if (i_values.size() != i_numElements * i_strideFrom * kComponents)
+        Raise("the solver gave a field of another size than the mesh");
+    auto padPlaces = std::make_unique<double[]>(i_numElements * kPlaces * kComponents); // zeros
+    for (std::size_t e = 0; e < i_numElements; ++e)
+        for (std::size_t point = 0; point < i_strideTo; ++point)
+        {
+            std::size_t const from = (e * i_strideFrom + std::min(point, i_strideFrom - 1)) * kComponents;
+            std::copy_n(i_values.begin() + static_cast<std::ptrdiff_t>(from), kComponents,
+                        padPlaces.get() + (e * i_strideTo + point) * kComponents);
+        }
+    return padPlaces;
+}
+
+bool AllFinite(std::vector<double> const & i_values)
+{
+    return std::all_of(i_values.begin(), i_values.end(), [](double value) { return std::isfinite(value); });
+}
+
+void CheckSolution(Problem const & i_problem, Solution const & i_solution)
+{
+    bool bSound = i_solution.flat.size() == i_problem.nodes.size() && std::isfinite(i_solution.punchForce) &&
+                  AllFinite(i_solution.strains.mid) && AllFinite(i_solution.strains.top) &&
+                  AllFinite(i_solution.strains.bottom) && AllFinite(i_solution.equivalentStress);
+    for (auto const & position : i_solution.flat)
+        bSound = bSound && std::isfinite(position[0]) && std::isfinite(position[1]);
+    if (!bSound)
+        Raise("the solver's answer holds a value that is no number; the part is not solved");
+}
+
+// The flat lies in the plane of the frame's first two axes through its origin.
+void WriteBlank(Solution const & i_solution, VOZSolverStage_s & io_stage)
+{
+    double * padPoint = io_stage.m_psBlankMesh->m_padNodalCoords;
+    double const * const a1 = io_stage.m_adLocalCS;
+    double const * const a2 = io_stage.m_adLocalCS + 3;
+    for (auto const & [x, y] : i_solution.flat)
+        for (int k = 0; k < 3; ++k)
+            *padPoint++ = io_stage.m_adOrigin[k] + a1[k] * x + a2[k] * y;
+}
+
+void WriteResults(Problem const & i_problem, Solution const & i_solution, bool i_bFourPoints,
+                  VOZSolverStage_s & io_stage)
+{
+    CheckSolution(i_problem, i_solution);
+    std::size_t const numElements = i_problem.elements.size();
+    std::size_t const strideFrom = static_cast<std::size_t>(i_solution.stride);
+    std::size_t const strideTo = i_bFourPoints ? kPlaces : 1;
+    auto mid = Placed(i_solution.strains.mid, numElements, strideFrom, strideTo);
+    auto top = Placed(i_solution.strains.top, numElements, strideFrom, strideTo);
+    auto bottom = Placed(i_solution.strains.bottom, numElements, strideFrom, strideTo);
+    auto stress = Placed(i_solution.equivalentStress, numElements, strideFrom, strideTo);
+
+    WriteBlank(i_solution, io_stage);
+    VOZFormingResult_s & result = *io_stage.m_psFormingResult;
+    result.m_padStrainComponentsMid = mid.release();
+    result.m_padStrainComponentsTop = top.release();
+    result.m_padStrainComponentsBot = bottom.release();
+    result.m_padEquivalentStress = stress.release();
+    result.m_dPunchForce = i_solution.punchForce;
+}
+
+Solution SolveWith(Problem const & i_problem, RunFiles & io_files, VOZProgressCallback i_callback, void * i_pTask,
+                   void * i_pReserved)
+{
+    voz::onestep::Progress progress;
+    if (i_callback)
+        progress.report = [=](double percent) { return i_callback(percent, i_pTask, i_pReserved); };
+    progress.log = [&io_files](std::string const & line) { io_files.Log(line); };
+    return voz::onestep::Solve(i_problem, {}, progress);
+}
+
+} // namespace
+
+int VOZUtilitySolving::Evaluate(VOZMultiStageSolverIOData_s * io_psData, VOZProgressCallback i_callback, void * i_pTask,
+                                void * i_pReserved)
+{
+    if (!io_psData)
+        Raise("there is no job record; expected one");
+    RunFiles files(*io_psData);
+    try
+    {
+        VOZSolverStage_s & stage = StageOf(*io_psData);
+        stage.m_psFormingResult->Clear();
+        Problem const problem = ProblemOf(*io_psData, stage);
+        Solution const solution = SolveWith(problem, files, i_callback, i_pTask, i_pReserved);
+        files.Summarise(problem, solution);
+        if (solution.status == Status::Stopped)
+            return Stopped;
+        if (solution.status == Status::Failed || solution.status == Status::Refused)
+            Raise(solution.message);
+        bool const bFourPoints =
+            solution.stride > 1 || HasQuad(stage.m_psPartMesh) || HasQuad(io_psData->m_psBinderMesh);
+        WriteResults(problem, solution, bFourPoints, stage);
+        return Done;
+    }
+    catch (JobError const & error)
+    {
+        files.Refused(error.what());
+        Raise(error.what());
+    }
+}

@@ -42,7 +42,7 @@ public:
 private:
     void FirstControlLine();
     void MaterialRecordOf(MaterialRecord & o_record);
-    std::vector<int> DisplacementHeads();
+    int DisplacementHeads(long long & o_rows);
     void DisplacementRow();
     int HolderHead();
     void HolderEdges(Holder & io_holder, int i_count);
@@ -327,19 +327,20 @@ void Reader::Matrix()
 
 // VIII
 
-// A run of heads and the number of rows that each asks for.
-std::vector<int> Reader::DisplacementHeads()
+// A run of heads: how many there are, and how many rows they ask for together.
+int Reader::DisplacementHeads(long long & o_rows)
 {
     constexpr int kHeadFields = 6;
-    std::vector<int> sizes;
-    while (mLines.InBlock() && mLines.Peek().Count() == kHeadFields)
+    int heads = 0;
+    o_rows = 0;
+    for (; mLines.InBlock() && mLines.Peek().Count() == kHeadFields; ++heads)
     {
         Row const row = mLines.Take("a displacement table");
-        sizes.push_back(row.Int(2, 0, kAnyInt, "the number of nodes of a displacement table"));
+        o_rows += row.Int(2, 0, kAnyInt, "the number of nodes of a displacement table");
         for (int field : {1, 3, 4, 5, 6})
             row.Int(field, -kAnyInt, kAnyInt, "a field of a displacement table");
     }
-    return sizes;
+    return heads;
 }
 
 void Reader::DisplacementRow()
@@ -367,13 +368,13 @@ void Reader::Displacements()
     int const first = mLines.Number();
     while (mLines.InBlock())
     {
-        std::vector<int> const sizes = DisplacementHeads();
-        if (sizes.empty())
+        long long rows = 0;
+        int const run = DisplacementHeads(rows);
+        if (run == 0)
             mLines.Fail("found " + Quoted(mLines.Line()) + "; expected the head of a displacement table");
-        heads += static_cast<int>(sizes.size());
-        for (int const size : sizes)
-            for (int k = 0; k < size; ++k)
-                DisplacementRow();
+        heads += run;
+        for (; rows > 0; --rows)
+            DisplacementRow();
     }
     if (heads != mNumTables)
         throw DeckError(mDeck.file, first,

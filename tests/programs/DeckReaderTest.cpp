@@ -183,12 +183,12 @@ TEST(DeckReader, NamesFileLineAndWhatWasExpected)
         {"2 1 1 0 1 2 3 6 5", "2 1 1 0 2 2 3 6 5",  "deck.fpi:22: a triangle has 9 fields; expected 8"},
         {"2 1 1 0 1 2 3 6 5", "2 3 1 0 1 2 3 6 5",  "deck.fpi: element 2 has the property 3"},
         {"160.000000 0.22",   "1,6 0.22",           "deck.fpi:25: the yield stress (field 5) is \"1,6\""},
-        {"1 1 2500000.0",     "0 1 2500000.0",      "deck.fpi:42: the pad's node (field 1) is \"0\""},
-        {"2 0 0.500000 1 1",  "2 1 0.500000 1 1",   "deck.fpi:45: the block ends here; expected a node of a pad"},
-        {"2 2 -40.0",         "2 3 -40.0",          "deck.fpi:59: the block ends here; expected an edge of a blank holder"},
-        {"2 3 -1 6",          "9 3 -1 6",           "deck.fpi:57: the edge's element (field 1) is \"9\""},
-        {"2 3 3\n",           "2 4 4\n",            "deck.fpi:67: the number of bead segments is 4; the beads have 3"},
-        {"2 3 3\n",           "2 3 4\n",            "deck.fpi:67: the number of bead segments, once more, (field 3) is \"4\"; expected 3"},
+        {"1 1 2500000.0",     "0 1 2500000.0",      "deck.fpi:43: the pad's node (field 1) is \"0\""},
+        {"2 0 0.500000 1 1",  "2 1 0.500000 1 1",   "deck.fpi:46: the block ends here; expected a node of a pad"},
+        {"2 2 -40.0",         "2 3 -40.0",          "deck.fpi:60: the block ends here; expected an edge of a blank holder"},
+        {"2 3 -1 6",          "9 3 -1 6",           "deck.fpi:58: the edge's element (field 1) is \"9\""},
+        {"2 3 3\n",           "2 4 4\n",            "deck.fpi:69: the number of bead segments is 4; the beads have 3"},
+        {"2 3 3\n",           "2 3 4\n",            "deck.fpi:69: the number of bead segments, once more, (field 3) is \"4\"; expected 3"},
         {"0.150000  0  0",    "1.150000  0  0",     "the friction coefficient is 1.150000; expected 0 to 1"},
         {"0 0 1 0 ",          "0 1 0 0 ",           "an entry of the identity matrix (field 2) is \"1\"; expected 0"},
         {"block XXI\n",       "block XVI\n",        "found \"block XVI\"; expected \"block XXI\""},
@@ -330,10 +330,12 @@ TEST(DeckRecords, RefuseHoldersThatContradictThemselves)
     EXPECT_THAT(refusal(replaced(golden("full_holder"), "0 0 0 0 0 0 0 4 0 1", "0 0 0 0 0 0 0 9 0 1")),
                 HasSubstr("field 28 of the first control line says 9"));
     EXPECT_THAT(refusal(golden("holders")), HasSubstr("the restraint of the edge is negative"));
-    EXPECT_THAT(refusal(replaced(golden("little_friction"), "1 1 -1 2", "1 1 -1 5")),
-                HasSubstr("nodes 1 and 5 are no side of element 1"));
-    EXPECT_THAT(refusal(replaced(golden("little_friction"), "1 1 -1 2", "1 1 -1 3")),
-                HasSubstr("nodes 1 and 3 are no side of element 1"));
+    // Node 6 is no corner of element 1, and nodes 1 and 5 are opposite ones.
+    EXPECT_THAT(refusal(replaced(golden("little_friction"), "1 1 -1 2", "1 5 -1 6")),
+                HasSubstr("deck.fpi:49: nodes 5 and 6 are no side of element 1"));
+    std::string const diagonal = replaced(golden("little_friction"), "1 1 -1 2", "1 1 -1 5");
+    EXPECT_THAT(refusal(replaced(diagonal, "0.001000 1.000000 1 1", "0.001000 1.414214 1 1")),
+                HasSubstr("deck.fpi:49: nodes 1 and 5 are no side of element 1"));
 }
 
 TEST(DeckRecords, TakeTheForceOfABeadFromItsHead)
@@ -383,11 +385,12 @@ TEST(DeckRecords, FixANodeInXAndInYByTwoRecordsInMillimetres)
 
 TEST(DeckRecords, RefuseMaterialRecordsOutOfOrder)
 {
-    EXPECT_THAT(refusal(replaced(golden("plain"), "2 0.0 0.0 0.0 160", "5 0.0 0.0 0.0 160")),
-                HasSubstr("deck.fpi:28: the material record has the number 5; expected 2"));
+    std::string numbers = replaced(golden("plain"), "2 0.0 0.0 0.0 160", "5 0.0 0.0 0.0 160");
+    numbers = replaced(numbers, "2 4 0 0 0 0.000000", "5 4 0 0 0 0.000000");
+    EXPECT_THAT(refusal(numbers), HasSubstr("deck.fpi:29: the material record has the number 5; expected 2"));
     std::string text = golden("plain");
     text.replace(text.rfind("160.000000 0.22"), 3, "170");
-    EXPECT_THAT(refusal(text), HasSubstr("deck.fpi:31: the last material record differs"));
+    EXPECT_THAT(refusal(text), HasSubstr("deck.fpi:32: the last material record differs"));
 }
 
 // Settings

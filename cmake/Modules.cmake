@@ -23,6 +23,26 @@ function(voz_module name)
   target_compile_features(${name} PUBLIC cxx_std_17)
   set_target_properties(${name} PROPERTIES
     VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR} INSTALL_RPATH "$ORIGIN")
+  if(WIN32)
+    set_target_properties(${name} PROPERTIES PREFIX "") # the file is VOZDravo.dll, as its callers look it up
+  endif()
   set_property(GLOBAL APPEND PROPERTY VOZ_MODULES ${name})
   set_property(GLOBAL APPEND PROPERTY VOZ_PUBLIC_HEADER_DIRS ${ARG_PUBLIC_HEADERS})
 endfunction()
+
+# Programs start where they are built: the compiler's run-time libraries lie beside them.
+if(WIN32 AND MINGW)
+  foreach(runtime libstdc++-6.dll libgcc_s_seh-1.dll libwinpthread-1.dll zlib1.dll)
+    execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=${runtime}
+      OUTPUT_VARIABLE runtime_file OUTPUT_STRIP_TRAILING_WHITESPACE)
+    if(NOT EXISTS "${runtime_file}")
+      find_file(found_${runtime} ${runtime} PATH_SUFFIXES lib bin)
+      set(runtime_file "${found_${runtime}}")
+    endif()
+    if(EXISTS "${runtime_file}")
+      file(COPY ${runtime_file} DESTINATION ${CMAKE_BINARY_DIR}/bin FOLLOW_SYMLINK_CHAIN)
+    else()
+      message(STATUS "${runtime} was not found; programs need it on the PATH")
+    endif()
+  endforeach()
+endif()

@@ -8,7 +8,7 @@
 
 FreeEdgeSet::FreeEdgeSet(VOZCatMesh const & i_mesh)
 {
-    SideMarks const sides(i_mesh, [](int, int, auto isShared) { return !isShared(); });
+    SideMarks const sides(i_mesh, [](int, int, bool shared) { return !shared; });
     mNumEdge = sides.count();
     std::size_t const size = static_cast<std::size_t>(mNumEdge) + 1;
     std::unique_ptr<int[]> elem(new int[size]);

@@ -10,8 +10,7 @@
 
 InternalEdgeSet::InternalEdgeSet(VOZCatMesh const & i_mesh)
 {
-    SideMarks const sides(i_mesh, [first = i_mesh.GetFirstNodeNumber()](int a, int b, auto isShared)
-                          { return meshrows::positionOf(a, first) > meshrows::positionOf(b, first) && isShared(); });
+    SideMarks const sides(i_mesh, [](int a, int b, bool shared) { return shared && a > b; });
     mNumEdge = sides.count();
     std::size_t const size = static_cast<std::size_t>(mNumEdge) + 1;
     std::unique_ptr<int[]> startNode(new int[size]);

@@ -3,6 +3,10 @@
 // A side a-b of element e is shared when some other element at a holds b as well. Numbers are compared, never
 // coordinates: unmerged nodes leave a seam open. The other element need not have the side: a and b on opposite corners
 // of a quadrilateral are enough. Direction plays no part.
+//
+// The search goes node by node. Where orientations agree, a side that begins at the node ends at one: another element
+// comes to the node from there. These are counted first. What that does not settle (a boundary, an opposite corner,
+// orientations at odds, a node with many elements, an element that repeats the node) is searched entry by entry.
 
 #ifndef SIDEMARKS_H
 #define SIDEMARKS_H
@@ -10,34 +14,28 @@
 #include "EdgeSets.h"
 #include "MeshRows.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <vector>
 
 class SideMarks
 {
 public:
-    // Marks the sides for which wanted(a, b, isShared) holds; isShared() does the search.
+    // Marks the sides for which wanted(a, b, shared) holds; a, b are positions.
     template <class Wanted>
     SideMarks(VOZCatMesh const & i_mesh, Wanted wanted)
-        : mRows(i_mesh), mMark(static_cast<std::size_t>(mRows.numElem) + 1, 0), mCount(0)
+        : mRows(i_mesh), mElemsAt(i_mesh), mMark(at(mRows.numElem) + 1, 0), mCount(0)
     {
-        NodeElemMap const elemsAt(i_mesh);
-        for (int e = 1; e <= mRows.numElem; ++e)
+        auto const settle = [&](int e, int corner, bool shared)
         {
-            int const * const row = mRows.elems[e];
-            unsigned mark = 0;
-            for (int corner = 0; corner < 4; ++corner)
-            {
-                int const a = row[corner];
-                int const b = row[(corner + 1) & 3];
-                if (a != b && wanted(a, b, [&] { return isShared(elemsAt, e, a, b); })) // a == b closes a triangle
-                {
-                    mark |= 1U << corner;
-                    ++mCount;
-                }
-            }
-            mMark[static_cast<std::size_t>(e)] = static_cast<unsigned char>(mark);
-        }
+            if (wanted(mRows.corner(e, corner), mRows.corner(e, next(corner)), shared))
+                mark(e, corner);
+        };
+        bool const sound = settleLost(settle);
+        std::vector<int> arrivals(at(std::max(mElemsAt.numNode(), 0)) + 1, 0);
+        for (int n = 1; n <= mElemsAt.numNode(); ++n)
+            if (!sound || !settleFan(n, arrivals.data(), settle))
+                settleEntries(n, settle);
     }
 
     int count() const { return mCount; }
@@ -47,22 +45,116 @@ public:
     void forEach(Visit visit) const
     {
         for (int e = 1; e <= mRows.numElem; ++e)
-            for (int corner = 0; corner < 4 && mMark[static_cast<std::size_t>(e)] != 0; ++corner)
-                if (((mMark[static_cast<std::size_t>(e)] >> corner) & 1U) != 0)
-                    visit(e, corner, mRows.corner(e, corner), mRows.corner(e, (corner + 1) & 3));
+            for (int corner = 0; corner < 4 && mMark[at(e)] != 0; ++corner)
+                if (((mMark[at(e)] >> corner) & 1U) != 0)
+                    visit(e, corner, mRows.corner(e, corner), mRows.corner(e, next(corner)));
     }
 
 private:
-    // a, b are labels here: rows are compared as they stand.
-    bool isShared(NodeElemMap const & elemsAt, int e, int a, int b) const
+    static constexpr int kMaxFan = 16;
+
+    // By the set of a row's entries that are the node: its corner, and the entry before. A triangle ends with its first
+    // node; any other repetition has no place.
+    struct Place
     {
-        int const node = meshrows::positionOf(a, mRows.firstNode);
-        if (node <= 0 || node > elemsAt.numNode())
-            return false; // no node: nobody else is listed there
-        int const references = elemsAt.references(node);
-        for (int i = 0; i < references; ++i)
+        int corner;
+        int previous;
+    };
+    static constexpr Place kNoPlace{-1, 0};
+    static constexpr Place kPlace[16] = {kNoPlace, {0, 3}, {1, 0},   kNoPlace, {2, 1},   kNoPlace, kNoPlace, kNoPlace,
+                                         {3, 2},   {0, 2}, kNoPlace, kNoPlace, kNoPlace, kNoPlace, kNoPlace, kNoPlace};
+
+    static std::size_t at(int i) { return static_cast<std::size_t>(i); }
+    static int next(int corner) { return (corner + 1) & 3; }
+    int label(int position) const { return meshrows::labelOf(position, mRows.firstNode); }
+
+    void mark(int e, int corner)
+    {
+        unsigned char const bit = static_cast<unsigned char>(1U << corner);
+        if ((mMark[at(e)] & bit) == 0)
+            ++mCount;
+        mMark[at(e)] |= bit;
+    }
+
+    // Sides that begin at a number that is no node: nobody is listed there. True if there are no such numbers.
+    template <class Settle>
+    bool settleLost(Settle settle) const
+    {
+        int const numNode = mElemsAt.numNode();
+        bool sound = true;
+        for (int e = 1; e <= mRows.numElem; ++e)
+            for (int corner = 0; corner < 4; ++corner)
+            {
+                int const a = mRows.corner(e, corner);
+                if (a > 0 && a <= numNode)
+                    continue;
+                sound = false;
+                if (a != mRows.corner(e, next(corner)))
+                    settle(e, corner, false);
+            }
+        return sound;
+    }
+
+    // False, with nothing settled, if the node is not to be done by counting. All entries must be nodes; io_arrivals
+    // is zero for each node before and after.
+    template <class Settle>
+    bool settleFan(int n, int * io_arrivals, Settle settle) const
+    {
+        int const(*const elems)[4] = mRows.elems;
+        int const first = mRows.firstNode;
+        int const a = label(n);
+        int const numElem = mElemsAt.references(n);
+        if (numElem > kMaxFan)
+            return false;
+        int elem[kMaxFan];
+        int corner[kMaxFan];
+        int previous[kMaxFan];
+        bool placed = true;
+        for (int i = 0; i < numElem; ++i)
         {
-            int const other = elemsAt.elem(node, i);
+            elem[i] = mElemsAt.elem(n, i);
+            int const * const row = elems[elem[i]];
+            Place const place = kPlace[(row[0] == a) | (row[1] == a) << 1 | (row[2] == a) << 2 | (row[3] == a) << 3];
+            placed &= place.corner >= 0;
+            corner[i] = place.corner;
+            previous[i] = meshrows::positionOf(row[place.previous], first);
+            ++io_arrivals[previous[i]];
+        }
+        for (int i = 0; placed && i < numElem; ++i)
+        {
+            int const b = elems[elem[i]][next(corner[i])];
+            int const end = meshrows::positionOf(b, first);
+            bool const counted = io_arrivals[end] > (previous[i] == end ? 1 : 0); // not by the element itself
+            settle(elem[i], corner[i], counted || isShared(n, elem[i], b));
+        }
+        for (int i = 0; i < numElem; ++i)
+            io_arrivals[previous[i]] = 0;
+        return placed;
+    }
+
+    template <class Settle>
+    void settleEntries(int n, Settle settle) const
+    {
+        int const a = label(n);
+        for (int i = 0; i < mElemsAt.references(n); ++i)
+        {
+            int const e = mElemsAt.elem(n, i);
+            for (int corner = 0; corner < 4; ++corner)
+            {
+                int const b = mRows.elems[e][next(corner)];
+                if (mRows.elems[e][corner] == a && b != a) // a == b closes a triangle
+                    settle(e, corner, isShared(n, e, b));
+            }
+        }
+    }
+
+    // b is a label here: rows are compared as they stand.
+    bool isShared(int n, int e, int b) const
+    {
+        int const numElem = mElemsAt.references(n);
+        for (int i = 0; i < numElem; ++i)
+        {
+            int const other = mElemsAt.elem(n, i);
             int const * const row = mRows.elems[other];
             if (((row[0] == b) | (row[1] == b) | (row[2] == b) | (row[3] == b)) && other != e)
                 return true;
@@ -70,7 +162,8 @@ private:
         return false;
     }
 
-    meshrows::Rows mRows;
+    meshrows::Rows const mRows;
+    NodeElemMap const mElemsAt;
     std::vector<unsigned char> mMark; // per element, one bit per corner that begins a marked side
     int mCount;
 };

@@ -1,0 +1,727 @@
+// EvaluateTest.cpp: the kernel's door: records in, results and files out, and what it refuses.
+
+#include "CATError.h"
+#include "JobFixture.h"
+#include "VOZMultiStageSolver.h"
+#include "VOZUtilitySolving.h"
+#include "records/JobProblem.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <clocale>
+#include <cstdio>
+#include <fstream>
+#include <functional>
+#include <limits>
+#include <sstream>
+
+namespace
+{
+
+using namespace jobtest;
+using testing::HasSubstr;
+
+constexpr double kPi = 3.141592653589793;
+
+SurfaceMesh patch(Cells cells)
+{
+    return cylinder(20.0, 0.6, 6, 30.0, 4, cells);
+}
+
+std::string errorOf(Job & job)
+{
+    try
+    {
+        VOZUtilitySolving::Evaluate(job.data.get(), nullptr, nullptr, nullptr);
+    }
+    catch (CATError const & error)
+    {
+        EXPECT_EQ(job.result->m_padStrainComponentsMid, nullptr);
+        EXPECT_EQ(job.result->m_dPunchForce, 0.0);
+        return error.Message();
+    }
+    return "solved";
+}
+
+void solve(Job & job)
+{
+    ASSERT_EQ(VOZUtilitySolving::Evaluate(job.data.get(), nullptr, nullptr, nullptr), VOZUtilitySolving::Done);
+}
+
+double const * blankRow(Job const & job, int node)
+{
+    return job.blank->m_padNodalCoords + 3 * node;
+}
+
+double blankDistance(Job const & job, int a, int b)
+{
+    double const * const p = blankRow(job, a);
+    double const * const q = blankRow(job, b);
+    return std::hypot(p[0] - q[0], p[1] - q[1], p[2] - q[2]);
+}
+
+// --- Answers
+// -----------------------------------------------------------------------------------------------------------
+
+TEST(Evaluate, WritesTheBlankInMetresAndTheStrainsOfThreeLayers)
+{
+    Job job = jobOf(patch(Cells::Triangles));
+    solve(job);
+    EXPECT_NEAR(blankDistance(job, 0, 4), 0.030, 1e-12);
+    ASSERT_NE(job.result->m_padStrainComponentsMid, nullptr);
+    ASSERT_NE(job.result->m_padEquivalentStress, nullptr);
+    for (int i = 0; i < 48 * 3; ++i)
+        EXPECT_NEAR(job.result->m_padStrainComponentsMid[i], 0.0, 1e-12);
+    // The top is the outside of the bend: stretched by ln(1 + 0.39 / 20) across.
+    double greatest = 0.0;
+    for (int i = 0; i < 48 * 3; ++i)
+        greatest = std::max(greatest, job.result->m_padStrainComponentsTop[i]);
+    EXPECT_NEAR(greatest, 0.0193, 0.0005);
+}
+
+// Strides: 1 for triangles alone, with the other three places of each element unused; 4 as soon as any mesh of the
+// job holds a quadrilateral, and then a triangle's point repeats.
+TEST(Evaluate, StridesByOneForTrianglesAndByFourWithAQuadrilateralAnywhere)
+{
+    SurfaceMesh const mesh = patch(Cells::Triangles);
+    Job plain = jobOf(mesh);
+    solve(plain);
+    Job withBinder = jobOf(mesh);
+    withBinder.data->SetBinderMeshData(partOf(patch(Cells::Quads)), nullptr);
+    solve(withBinder);
+    for (std::size_t e = 0; e < mesh.elements.size(); ++e)
+        for (std::size_t point = 0; point < 4; ++point)
+            for (std::size_t k = 0; k < 3; ++k)
+                EXPECT_EQ(withBinder.result->m_padStrainComponentsTop[(4 * e + point) * 3 + k],
+                          plain.result->m_padStrainComponentsTop[e * 3 + k]);
+    std::size_t const numElements = mesh.elements.size();
+    for (std::size_t i = 3 * numElements; i < 12 * numElements; ++i)
+        ASSERT_EQ(plain.result->m_padStrainComponentsTop[i], 0.0); // allocated, not used
+}
+
+TEST(Evaluate, TheFrameAndItsOriginCarryTheAnswer)
+{
+    // The part stands on end and far away: its stamping direction is the global x.
+    SurfaceMesh const mesh = cup({}, 1, Extent::Quarter, Cells::Quads);
+    Job straight = jobOf(mesh);
+    quarterSymmetry(straight, mesh);
+    solve(straight);
+
+    SurfaceMesh moved = mesh;
+    for (Point3 & p : moved.nodes)
+        p = {p[2] + 500.0, p[0] - 200.0, p[1] + 70.0}; // local x is global y, local y is global z
+    Job turned = jobOf(moved);
+    quarterSymmetry(turned, mesh); // the same nodes
+    double const rows[9] = {0, 1, 0, 0, 0, 1, 1, 0, 0};
+    double const origin[3] = {0.5, -0.2, 0.07};
+    turned.stage->SetLocalCS(rows, origin);
+    solve(turned);
+    for (int i = 0; i < static_cast<int>(mesh.nodes.size()); ++i)
+    {
+        double const * const p = blankRow(straight, i);
+        double const * const q = blankRow(turned, i);
+        EXPECT_EQ(p[2], 0.0);
+        EXPECT_NEAR(q[0], 0.5, 1e-15); // the plane through the origin
+        EXPECT_NEAR(q[1] + 0.2, p[0], 1e-10);
+        EXPECT_NEAR(q[2] - 0.07, p[1], 1e-10);
+    }
+    EXPECT_NEAR(turned.result->m_dPunchForce, straight.result->m_dPunchForce, 1e-6 * straight.result->m_dPunchForce);
+}
+
+// A cup's quarter with restraint: forces are newtons per metre of edge, the punch force is in newtons.
+TEST(Evaluate, TakesRestraintInNewtonsPerMetreAndGivesTheForceInNewtons)
+{
+    constexpr int k = 2;
+    SurfaceMesh const mesh = cup({}, k, Extent::Quarter, Cells::Quads);
+    Job job = jobOf(mesh);
+    quarterSymmetry(job, mesh);
+    constexpr int rim = 6 * k;
+    auto * const edges = new VOZSolverBHF_s[rim];
+    for (int i = 0; i < rim; ++i)
+    {
+        edges[i].m_nElement = static_cast<int>(mesh.elements.size()) - rim + i;
+        edges[i].m_nFirstPosition = 1;
+        edges[i].m_nSecondPosition = 2;
+        edges[i].m_dForce = 20.0e3; // 20 N/mm
+    }
+    job.bc->SetBHFs(rim, edges);
+    solve(job);
+    double const * const last = blankRow(job, static_cast<int>(mesh.nodes.size()) - 1);
+    EXPECT_NEAR(std::hypot(last[0], last[1]), 0.06689712, 5e-5);
+    EXPECT_NEAR(4.0 * job.result->m_dPunchForce, 34511.86, 350.0);
+}
+
+// The value is the displacement from the part to the flat, in millimetres.
+TEST(Evaluate, PrescribedDisplacementsAreMillimetresFromPartToFlat)
+{
+    SurfaceMesh mesh{{{0, 0, 0}, {10, 0, 0}, {10, 10, 0}, {0, 10, 0}}, {{0, 1, 2, 3}}};
+    Job job = jobOf(mesh);
+    auto * const records = new VOZSolverNodeConstraint2D_s[8];
+    for (int i = 0; i < 4; ++i)
+        for (int axis = 0; axis < 2; ++axis)
+        {
+            VOZSolverNodeConstraint2D_s & record = records[2 * i + axis];
+            record.m_nNode = i;
+            record.m_dAngle = axis == 0 ? 0.0 : kPi / 2.0;
+            record.m_dDisplacement = axis == 0 && mesh.nodes[static_cast<std::size_t>(i)][0] > 5.0 ? -2.0 : 0.0;
+        }
+    job.bc->SetNodeConstraints2D(8, records);
+    solve(job);
+    EXPECT_NEAR(blankRow(job, 1)[0], 0.008, 1e-15);
+    EXPECT_NEAR(blankRow(job, 2)[0], 0.008, 1e-15);
+    EXPECT_NEAR(blankRow(job, 2)[1], 0.010, 1e-15);
+    EXPECT_NEAR(job.result->m_padStrainComponentsMid[0], std::log(10.0 / 8.0), 1e-12);
+    EXPECT_NEAR(job.result->m_padStrainComponentsMid[1], 0.0, 1e-12);
+}
+
+TEST(Evaluate, TheSentinelAngleHoldsBothDirections)
+{
+    SurfaceMesh const mesh = dome(50.0, 40.0 * kPi / 180.0, 1, Extent::Whole, Cells::Triangles);
+    Job job = jobOf(mesh);
+    std::size_t const rim = 24;
+    auto * const records = new VOZSolverNodeConstraint2D_s[rim];
+    for (std::size_t i = 0; i < rim; ++i)
+    {
+        records[i].m_nNode = static_cast<int>(mesh.nodes.size() - rim + i);
+        records[i].m_dAngle = 1001.0;
+        records[i].m_dDisplacement = 7.0; // plays no part
+    }
+    job.bc->SetNodeConstraints2D(static_cast<int>(rim), records);
+    solve(job);
+    for (std::size_t i = mesh.nodes.size() - rim; i < mesh.nodes.size(); ++i)
+        for (std::size_t k = 0; k < 2; ++k)
+            EXPECT_NEAR(blankRow(job, static_cast<int>(i))[k], 0.001 * mesh.nodes[i][k], 1e-14);
+}
+
+TEST(Evaluate, ConstraintsWithoutANodeOfTheMeshArePassedOver)
+{
+    SurfaceMesh const mesh = patch(Cells::Triangles);
+    Job job = jobOf(mesh);
+    auto * const records = new VOZSolverNodeConstraint2D_s[3];
+    records[1].m_nNode = static_cast<int>(mesh.nodes.size());
+    records[2].m_nNode = -7;
+    records[2].m_dAngle = std::numeric_limits<double>::quiet_NaN(); // never looked at
+    job.bc->SetNodeConstraints2D(3, records);
+    solve(job);
+}
+
+TEST(Evaluate, ToolFrictionActsOnlyWithTheProcessFlag)
+{
+    SurfaceMesh const mesh = cup({}, 1, Extent::Quarter, Cells::Quads);
+    double force[3];
+    for (int turn = 0; turn < 3; ++turn)
+    {
+        Job job = jobOf(mesh);
+        quarterSymmetry(job, mesh);
+        constexpr int rim = 6;
+        auto * const edges = new VOZSolverBHF_s[rim];
+        for (int i = 0; i < rim; ++i)
+        {
+            edges[i].m_nElement = static_cast<int>(mesh.elements.size()) - rim + i;
+            edges[i].m_nFirstPosition = 1;
+            edges[i].m_nSecondPosition = 2;
+            edges[i].m_dForce = 20.0e3;
+        }
+        job.bc->SetBHFs(rim, edges);
+        job.bc->SetProcess(turn == 2, turn == 0 ? 0.0 : 0.144);
+        solve(job);
+        force[turn] = job.result->m_dPunchForce;
+    }
+    EXPECT_EQ(force[1], force[0]);
+    EXPECT_GT(force[2], 1.2 * force[0]);
+}
+
+// Two sheets side by side, pulled by one force: each stretches by its own law. The closed form of plane strain is
+// t0 exp(-B h) k sbar(k h) = f; a sheet of twice the thickness and half the strength carries it at the same strain.
+TEST(Evaluate, EveryElementHasTheThicknessAndTheLawOfItsMaterial)
+{
+    SurfaceMesh mesh;
+    for (int i = 0; i <= 8; ++i)
+        for (int j = 0; j <= 2; ++j)
+            mesh.nodes.push_back({10.0 * i, 5.0 * j, 0.0});
+    for (int i = 0; i < 8; ++i)
+        for (int j = 0; j < 2; ++j)
+        {
+            int const a = 3 * i + j;
+            mesh.elements.push_back({a, a + 3, a + 4, a + 1});
+        }
+    Sheet const steel;
+    Sheet thick = steel; // twice as thick: much less strain
+    thick.thickness *= 2.0;
+    Job job = jobOf(mesh, {steel, thick});
+    for (int e = 8; e < 16; ++e)
+        job.part->GetElements()[e].m_nMaterialIndex = 1;
+    auto * const records = new VOZSolverNodeConstraint2D_s[30];
+    int count = 0;
+    for (int i = 0; i <= 8; ++i)
+        for (int j : {0, 2})
+        {
+            records[count].m_nNode = 3 * i + j;
+            records[count++].m_dAngle = kPi / 2.0; // plane strain
+        }
+    for (int j = 0; j <= 2; ++j)
+        records[count++].m_nNode = j; // x = 0 held
+    job.bc->SetNodeConstraints2D(count, records);
+    auto * const edges = new VOZSolverBHF_s[2];
+    for (int j = 0; j < 2; ++j)
+        edges[j] = {14 + j, 0, 240.0e3, 1, 2};
+    job.bc->SetBHFs(2, edges);
+    solve(job);
+    for (int e = 0; e < 16; ++e)
+        EXPECT_NEAR(job.result->m_padStrainComponentsMid[12 * e], e < 8 ? 0.023293 : 0.000470, 1e-6) << e;
+}
+
+TEST(Evaluate, ATableOfPointsReplacesThePowerLaw)
+{
+    SurfaceMesh const mesh = cup({}, 1, Extent::Quarter, Cells::Quads);
+    Job power = jobOf(mesh);
+    quarterSymmetry(power, mesh);
+    solve(power);
+    Job table = jobOf(mesh);
+    quarterSymmetry(table, mesh);
+    VOZMechanicalProp_s & prop = table.data->m_pasMaterialProperties[0];
+    Sheet const sheet;
+    double const e0 = std::pow(sheet.yield / sheet.k, 1.0 / sheet.n);
+    constexpr int points = 60;
+    prop.m_nNumPoints = points;
+    prop.m_padPoints = new double[2 * points];
+    for (int i = 0; i < points; ++i)
+    {
+        double const strain = 0.6 * std::pow(i / (points - 1.0), 3.0);
+        prop.m_padPoints[2 * i] = strain;
+        prop.m_padPoints[2 * i + 1] = sheet.k * std::pow(e0 + strain, sheet.n);
+    }
+    prop.m_dKValue = prop.m_dNValue = 0.0; // not looked at
+    VOZMechanicalProp_s::EvalMechanicalDataForSolver(prop);
+    solve(table);
+    int const rim = static_cast<int>(mesh.nodes.size()) - 1;
+    EXPECT_NEAR(blankRow(table, rim)[1], blankRow(power, rim)[1], 2e-5);
+    EXPECT_NEAR(table.result->m_dPunchForce, power.result->m_dPunchForce, 0.01 * power.result->m_dPunchForce);
+}
+
+TEST(Evaluate, ASecondRunReplacesTheFirstOnesResults)
+{
+    Job job = jobOf(patch(Cells::Triangles));
+    solve(job);
+    double const first = job.result->m_padStrainComponentsTop[0];
+    solve(job);
+    EXPECT_EQ(job.result->m_padStrainComponentsTop[0], first);
+}
+
+// --- Progress --------------------------------------------------------------------------------------------------------
+
+struct Watch
+{
+    std::vector<double> percents;
+    void * reserved = nullptr;
+    int stopAfter = 1000;
+};
+
+int watch(double percent, void * task, void * reserved)
+{
+    auto * const self = static_cast<Watch *>(task);
+    self->percents.push_back(percent);
+    self->reserved = reserved;
+    return static_cast<int>(self->percents.size()) > self->stopAfter ? 1 : 0;
+}
+
+TEST(Evaluate, ProgressRisesToAHundredWithBothPointersHandedThrough)
+{
+    SurfaceMesh const mesh = cup({}, 1, Extent::Quarter, Cells::Triangles);
+    Job job = jobOf(mesh);
+    quarterSymmetry(job, mesh);
+    Watch self;
+    int other = 0;
+    EXPECT_EQ(VOZUtilitySolving::Evaluate(job.data.get(), watch, &self, &other), 0);
+    ASSERT_GT(self.percents.size(), 3U);
+    EXPECT_TRUE(std::is_sorted(self.percents.begin(), self.percents.end()));
+    EXPECT_GE(self.percents.front(), 0.0);
+    EXPECT_EQ(self.percents.back(), 100.0);
+    EXPECT_EQ(self.reserved, &other);
+}
+
+TEST(Evaluate, ANonzeroAnswerOfTheCallbackStopsTheRunWithoutResults)
+{
+    SurfaceMesh const mesh = cup({}, 1, Extent::Quarter, Cells::Triangles);
+    Job job = jobOf(mesh);
+    quarterSymmetry(job, mesh);
+    Watch self;
+    self.stopAfter = 2;
+    EXPECT_EQ(VOZUtilitySolving::Evaluate(job.data.get(), watch, &self, nullptr), VOZUtilitySolving::Stopped);
+    EXPECT_EQ(job.result->m_padStrainComponentsMid, nullptr);
+    EXPECT_EQ(blankRow(job, 5)[0], 0.0);
+}
+
+// --- Files -----------------------------------------------------------------------------------------------------------
+
+class EvaluateFiles : public testing::Test
+{
+protected:
+    EvaluateFiles()
+    {
+        auto const * const info = testing::UnitTest::GetInstance()->current_test_info();
+        folder = std::filesystem::temp_directory_path() / (std::string("voz_evaluate_") + info->name());
+        std::filesystem::remove_all(folder);
+        std::filesystem::create_directories(folder);
+    }
+    ~EvaluateFiles() override { std::filesystem::remove_all(folder); }
+
+    void name(Job & job, std::string const & summary)
+    {
+        job.data->SetWorkingDir(wide(folder.string()).c_str());
+        job.data->SetSummaryFileName(wide(summary).c_str());
+    }
+
+    std::string read(std::string const & file)
+    {
+        std::ostringstream text;
+        text << std::ifstream(folder / file, std::ios::binary).rdbuf();
+        return text.str();
+    }
+
+    std::filesystem::path folder;
+};
+
+TEST_F(EvaluateFiles, SummaryAndLogGoToTheWorkingFolder)
+{
+    SurfaceMesh const mesh = cup({}, 1, Extent::Quarter, Cells::Triangles);
+    Job job = jobOf(mesh);
+    quarterSymmetry(job, mesh);
+    name(job, "sum.txt");
+    solve(job);
+    std::string const summary = read("sum.txt");
+    EXPECT_THAT(summary, HasSubstr("outcome              converged\n"));
+    EXPECT_THAT(summary, HasSubstr("elements             162\n"));
+    EXPECT_THAT(summary, HasSubstr("punch force N "));
+    EXPECT_THAT(summary, HasSubstr("blank area m2 "));
+    std::string const log = read("sum.log");
+    EXPECT_GT(std::count(log.begin(), log.end(), '\n'), 8); // the iteration table
+    EXPECT_THAT(log, HasSubstr("converged"));
+}
+
+TEST_F(EvaluateFiles, EqualJobsLeaveEqualFilesUnderAnyLocale)
+{
+    SurfaceMesh const mesh = cup({}, 1, Extent::Quarter, Cells::Triangles);
+    std::string texts[2];
+    for (int turn = 0; turn < 2; ++turn)
+    {
+        Job job = jobOf(mesh);
+        quarterSymmetry(job, mesh);
+        name(job, "sum.txt");
+        if (turn == 1)
+            std::setlocale(LC_ALL, "de_DE.UTF-8");
+        solve(job);
+        std::setlocale(LC_ALL, "C");
+        texts[turn] = read("sum.txt") + read("sum.log");
+    }
+    EXPECT_EQ(texts[0], texts[1]);
+}
+
+TEST_F(EvaluateFiles, ARefusalStandsInBothFiles)
+{
+    Job job = jobOf(patch(Cells::Triangles));
+    job.part->GetElements()[3].m_anNodeIndices[1] = 500;
+    name(job, "sum.txt");
+    EXPECT_THAT(errorOf(job), HasSubstr("names node 500"));
+    EXPECT_THAT(read("sum.txt"), HasSubstr("outcome              refused\nreason               element 3"));
+    EXPECT_THAT(read("sum.log"), HasSubstr("refused: element 3"));
+}
+
+TEST_F(EvaluateFiles, WithoutASummaryNameNothingIsWritten)
+{
+    Job job = jobOf(patch(Cells::Triangles));
+    job.data->SetWorkingDir(wide(folder.string()).c_str());
+    solve(job);
+    EXPECT_TRUE(std::filesystem::is_empty(folder));
+}
+
+TEST_F(EvaluateFiles, AFolderThatIsNotThereIsNoFailure)
+{
+    Job job = jobOf(patch(Cells::Triangles));
+    job.data->SetWorkingDir(wide((folder / "missing").string()).c_str());
+    job.data->SetSummaryFileName(wide("sum.txt").c_str());
+    solve(job);
+}
+
+TEST_F(EvaluateFiles, TheLogStandsUnderTheSummarysStem)
+{
+    for (auto const & [summary, log] : {std::pair<std::string, std::string>{"sum.txt", "sum.log"},
+                                        {"a.b.txt", "a.b.log"},
+                                        {"sum", "sum.log"},
+                                        {".txt", ".txt.log"}})
+    {
+        double value = 0.0;
+        std::basic_string<unsigned short> logName;
+        std::FILE * file = nullptr;
+        VOZMultiStageSolver::OpenLogFile(wide(summary).c_str(), wide(folder.string()).c_str(), value, logName, file);
+        ASSERT_NE(file, nullptr);
+        std::fclose(file);
+        EXPECT_TRUE(std::filesystem::exists(folder / log)) << log;
+        EXPECT_EQ(std::string(logName.begin(), logName.end()), log);
+        EXPECT_EQ(value, 1.0);
+    }
+    double value = 0.0;
+    std::basic_string<unsigned short> logName;
+    std::FILE * file = nullptr;
+    VOZMultiStageSolver::OpenLogFile(nullptr, nullptr, value, logName, file);
+    EXPECT_EQ(file, nullptr);
+    EXPECT_TRUE(logName.empty());
+}
+
+// --- Refusals
+// ----------------------------------------------------------------------------------------------------------
+
+TEST(EvaluateRefuses, AJobWithoutItsRecords)
+{
+    EXPECT_THROW(VOZUtilitySolving::Evaluate(nullptr, nullptr, nullptr, nullptr), CATError);
+    VOZMultiStageSolverIOData_s empty;
+    EXPECT_THROW(VOZUtilitySolving::Evaluate(&empty, nullptr, nullptr, nullptr), CATError);
+}
+
+double const kNaN = std::numeric_limits<double>::quiet_NaN();
+double const kInfinity = std::numeric_limits<double>::infinity();
+
+struct Spoiled
+{
+    char const * message;
+    std::function<void(Job &)> spoil;
+};
+
+VOZMechanicalProp_s & prop(Job & job)
+{
+    return job.data->m_pasMaterialProperties[0];
+}
+
+void holder(Job & job, VOZSolverBHF_s const & edge)
+{
+    auto * const edges = new VOZSolverBHF_s[1];
+    edges[0] = edge;
+    job.bc->SetBHFs(1, edges);
+}
+
+void bead(Job & job, int element, double force, double xi)
+{
+    auto * const segments = new VOZSolverDrawbead_s[1];
+    segments[0].m_nElement = element;
+    segments[0].m_dForce = force;
+    segments[0].m_adEdgeValues[2] = xi;
+    job.bc->SetDrawbeads(1, segments);
+}
+
+void constraint(Job & job, double angle, double value)
+{
+    auto * const records = new VOZSolverNodeConstraint2D_s[1];
+    records[0].m_nNode = 0;
+    records[0].m_dAngle = angle;
+    records[0].m_dDisplacement = value;
+    job.bc->SetNodeConstraints2D(1, records);
+}
+
+void pads(Job & job, double value)
+{
+    auto * const values = new double[48]();
+    values[47] = value;
+    job.bc->SetPressureFrictionValues(values);
+}
+
+void curvature(Job & job)
+{
+    job.part->m_padCurvatures = new double[48 * 3]();
+    job.part->m_padCurvatures[10] = kNaN;
+}
+
+void table(Job & job, std::vector<double> const & points)
+{
+    prop(job).m_nNumPoints = static_cast<int>(points.size() / 2);
+    prop(job).m_padPoints = new double[points.size()];
+    std::copy(points.begin(), points.end(), prop(job).m_padPoints);
+    prop(job).m_nCurveType = 2;
+}
+
+TEST(EvaluateRefuses, EveryIndexThatIsOutOfRangeAndEveryNumberThatNoSheetHas)
+{
+    std::vector<Spoiled> const all = {
+        {"has no stage", [](Job & j) { j.data->m_nNumStages = 0; }},
+        {"has no part mesh", [](Job & j) { j.stage->SetPartMeshData(nullptr); }},
+        {"has 0 nodes", [](Job & j) { j.part->m_psTopology->m_nNumNodes = 0; }},
+        {"and 0 elements", [](Job & j) { j.part->m_psTopology->m_nNumElements = 0; }},
+        {"has no blank mesh", [](Job & j) { j.stage->SetBlankMeshData(nullptr); }},
+        {"of node 7 of the part is nan", [](Job & j) { j.part->m_padNodalCoords[21] = kNaN; }},
+        {"of node 7 of the part is inf", [](Job & j) { j.part->m_padNodalCoords[22] = kInfinity; }},
+        {"of node 7 of the part is 1e+30", [](Job & j) { j.part->m_padNodalCoords[23] = 1e30; }},
+        {"element 5 of the part names node 35; expected 0 to 34",
+         [](Job & j) { j.part->GetElements()[5].m_anNodeIndices[0] = 35; }},
+        {"names node -1", [](Job & j) { j.part->GetElements()[5].m_anNodeIndices[2] = -1; }},
+        {"names node -2", [](Job & j) { j.part->GetElements()[5].m_anNodeIndices[3] = -2; }},
+        {"names material 1; expected 0 to 0", [](Job & j) { j.part->GetElements()[5].m_nMaterialIndex = 1; }},
+        {"names material -1", [](Job & j) { j.part->GetElements()[5].m_nMaterialIndex = -1; }},
+        {"the curvature of element 3", curvature},
+        {"has no material", [](Job & j) { j.data->m_nNumMaterials = 0; }},
+        {"the number of materials is -1", [](Job & j) { j.data->m_nNumMaterials = -1; }},
+        {"thickness, in metres, of material 0 is 0;", [](Job & j) { j.data->m_padInitMaterialThickness[0] = 0.0; }},
+        {"thickness, in metres, of material 0 is nan", [](Job & j) { j.data->m_padInitMaterialThickness[0] = kNaN; }},
+        {"r-value of material 0 is 0;", [](Job & j) { prop(j).m_dRValue = 0.0; }},
+        {"r-value of material 0 is inf", [](Job & j) { prop(j).m_dRValue = kInfinity; }},
+        {"n-value of material 0 is 0;", [](Job & j) { prop(j).m_dNValue = 0.0; }},
+        {"n-value of material 0 is nan", [](Job & j) { prop(j).m_dNValue = kNaN; }},
+        {"K-value, in Pa, of material 0 is 565.32", [](Job & j) { prop(j).m_dKValue = 565.32; }},
+        {"yield stress, in Pa, of material 0 is -1", [](Job & j) { prop(j).m_dYield = -1.0; }},
+        {"Young's modulus, in Pa, of material 0 is 210000", [](Job & j) { prop(j).m_dYoungsModulus = 210000.0; }},
+        {"Poisson's ratio of material 0 is 0.5", [](Job & j) { prop(j).m_dPoisson = 0.5; }},
+        {"without an array",
+         [](Job & j)
+         {
+             prop(j).m_nCurveType = 2;
+             prop(j).m_nNumPoints = 3;
+         }},
+        {"has 1 points",
+         [](Job & j) {
+             table(j, {0.0, 1e8});
+         }},
+        {"point 1 of the table of material 0 does not lie beyond",
+         [](Job & j) {
+             table(j, {0.1, 1e8, 0.1, 2e8});
+         }},
+        {"the stress, in Pa, of point 1",
+         [](Job & j) {
+             table(j, {0.0, 1e8, 0.1, kNaN});
+         }},
+        {"rows 0 and 0 of the stage's frame", [](Job & j) { j.stage->m_adLocalCS[0] = 1.1; }},
+        {"rows 0 and 1", [](Job & j) { j.stage->m_adLocalCS[3] = kNaN; }},
+        {"left-handed", [](Job & j) { j.stage->m_adLocalCS[8] = -1.0; }},
+        {"the origin of the stage", [](Job & j) { j.stage->m_adOrigin[2] = kNaN; }},
+        {"blank-holder edge 0 names element 48; expected 0 to 47",
+         [](Job & j) {
+             holder(j, {48, 0, 1.0, 0, 1});
+         }},
+        {"blank-holder edge 0 names element -1",
+         [](Job & j) {
+             holder(j, {-1, 0, 1.0, 0, 1});
+         }},
+        {"names corner 3 of element 0; expected 0 to 2",
+         [](Job & j) {
+             holder(j, {0, 0, 1.0, 0, 3});
+         }},
+        {"names corner -1",
+         [](Job & j) {
+             holder(j, {0, 0, 1.0, -1, 1});
+         }},
+        {"from corner 1 to corner 1",
+         [](Job & j) {
+             holder(j, {0, 0, 1.0, 1, 1});
+         }},
+        {"force, in N/m, of blank-holder edge 0 is -1",
+         [](Job & j) {
+             holder(j, {0, 0, -1.0, 0, 1});
+         }},
+        {"force, in N/m, of blank-holder edge 0 is nan",
+         [](Job & j) {
+             holder(j, {0, 0, kNaN, 0, 1});
+         }},
+        {"there are 3 blank-holder edges without an array", [](Job & j) { j.bc->SetBHFs(3, nullptr); }},
+        {"number of blank-holder edges is -3", [](Job & j) { j.bc->SetBHFs(-3, nullptr); }},
+        {"draw-bead segment 0 names element -1", [](Job & j) { bead(j, -1, 1.0, 0.5); }},
+        {"draw-bead segment 0 names element 48", [](Job & j) { bead(j, 48, 1.0, 0.5); }},
+        {"of draw-bead segment 0 is inf", [](Job & j) { bead(j, 0, kInfinity, 0.5); }},
+        {"natural coordinate of draw-bead segment 0 is 2", [](Job & j) { bead(j, 0, 1.0, 2.0); }},
+        {"angle, in radians, of node constraint 0 is nan", [](Job & j) { constraint(j, kNaN, 0.0); }},
+        {"displacement, in mm, of node constraint 0 is inf", [](Job & j) { constraint(j, 0.0, kInfinity); }},
+        {"of element 47 is nan", [](Job & j) { pads(j, kNaN); }},
+        {"of element 47 is -5", [](Job & j) { pads(j, -5.0); }},
+        {"the friction coefficient is nan", [](Job & j) { j.bc->SetProcess(true, kNaN); }},
+        {"the friction coefficient is 15", [](Job & j) { j.bc->SetProcess(true, 15.0); }},
+    };
+    for (Spoiled const & spoiled : all)
+    {
+        Job job = jobOf(patch(Cells::Triangles));
+        spoiled.spoil(job);
+        if (job.data->m_nNumStages == 0 || !job.stage->m_psPartMesh)
+            job.result = job.stage->m_psFormingResult;
+        EXPECT_THAT(errorOf(job), HasSubstr(spoiled.message));
+    }
+}
+
+TEST(EvaluateRefuses, AStageWithoutAPlaceForTheResult)
+{
+    Job job = jobOf(patch(Cells::Triangles));
+    job.stage->SetFormingResult(nullptr);
+    EXPECT_THROW(VOZUtilitySolving::Evaluate(job.data.get(), nullptr, nullptr, nullptr), CATError);
+}
+
+// A sphere has no edge from which it could be laid flat.
+TEST(EvaluateRefuses, AClosedMeshWithAReason)
+{
+    SurfaceMesh mesh{{{10, 0, 0}, {-10, 0, 0}, {0, 10, 0}, {0, -10, 0}, {0, 0, 10}, {0, 0, -10}},
+                     {{0, 2, 4, -1},
+                      {2, 1, 4, -1},
+                      {1, 3, 4, -1},
+                      {3, 0, 4, -1},
+                      {2, 0, 5, -1},
+                      {1, 2, 5, -1},
+                      {3, 1, 5, -1},
+                      {0, 3, 5, -1}}};
+    Job job = jobOf(mesh);
+    std::string const message = errorOf(job);
+    EXPECT_NE(message, "solved");
+    EXPECT_GT(message.size(), 10U);
+}
+
+// A failed job leaves no trace of an earlier answer.
+TEST(EvaluateRefuses, WithTheOldResultsTakenAway)
+{
+    Job job = jobOf(patch(Cells::Triangles));
+    solve(job);
+    prop(job).m_dRValue = kNaN;
+    EXPECT_THAT(errorOf(job), HasSubstr("r-value"));
+}
+
+// --- Conversion ------------------------------------------------------------------------------------------------------
+
+TEST(JobProblem, ConvertsEveryRecordWithItsUnit)
+{
+    SurfaceMesh const mesh = patch(Cells::Quads);
+    Job job = jobOf(mesh);
+    holder(job, {2, 0, 9400.0, 3, 0});
+    bead(job, 5, 1234.0, 0.5);
+    constraint(job, 0.25, 3.0);
+    auto * const shear = new double[24]();
+    shear[3] = 2.5e5;
+    job.bc->SetPressureFrictionValues(shear);
+    job.bc->SetProcess(true, 0.12);
+    job.part->m_padCurvatures = new double[72]();
+    job.part->m_padCurvatures[4] = 50.0;
+    auto const problem = ProblemOf(*job.data, *job.stage);
+    ASSERT_EQ(problem.nodes.size(), mesh.nodes.size());
+    EXPECT_DOUBLE_EQ(problem.nodes[8][2], 0.001 * mesh.nodes[8][2]);
+    ASSERT_EQ(problem.holders.size(), 1U);
+    EXPECT_EQ(problem.holders[0].element, 2);
+    EXPECT_EQ(problem.holders[0].corner1, 3);
+    EXPECT_EQ(problem.holders[0].corner2, 0);
+    EXPECT_EQ(problem.holders[0].force, 9400.0);
+    ASSERT_EQ(problem.beads.size(), 1U);
+    EXPECT_EQ(problem.beads[0].natural[2], 0.5);
+    ASSERT_EQ(problem.constraints.size(), 1U);
+    EXPECT_EQ(problem.constraints[0].angle, 0.25);
+    EXPECT_DOUBLE_EQ(problem.constraints[0].value, 0.003);
+    ASSERT_EQ(problem.padShear.size(), 24U);
+    EXPECT_EQ(problem.padShear[3], 2.5e5);
+    EXPECT_EQ(problem.toolFriction, 0.12);
+    ASSERT_EQ(problem.curvatures.size(), 24U);
+    EXPECT_EQ(problem.curvatures[1][1], 50.0);
+    EXPECT_EQ(problem.materials[0].kValue, 565.32e6);
+    EXPECT_EQ(problem.materials[0].youngsModulus, 2.1e11);
+}
+
+TEST(JobProblem, HoldersWithoutForceAndPadsWithoutPressureAskForNothing)
+{
+    Job job = jobOf(patch(Cells::Quads));
+    holder(job, {2, 0, 0.0, 3, 0});
+    job.bc->SetPressureFrictionValues(new double[24]());
+    auto const problem = ProblemOf(*job.data, *job.stage);
+    EXPECT_TRUE(problem.holders.empty());
+    EXPECT_TRUE(problem.padShear.empty());
+}
+
+} // namespace

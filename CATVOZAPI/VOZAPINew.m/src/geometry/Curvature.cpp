@@ -75,8 +75,8 @@ private:
 
     Vec3 rimNormal(int i_node, Vec3 i_reference) const
     {
-        Vec3 cells, inside;
-        int cellCount = 0, insideCount = 0;
+        Vec3 cells, beside, anywhere;
+        int cellCount = 0, besideCount = 0, anywhereCount = 0;
         forEachCellNear(i_node, i_reference,
                         [&](int c)
                         {
@@ -84,15 +84,27 @@ private:
                             cells = cells + m_normal[at(c)];
                             ++cellCount;
                             for (int corner = 0; corner < cell.count; ++corner)
-                                if (int const other = cell.node[at(corner)]; !m_rim[at(other)])
+                            {
+                                int const other = cell.node[at(corner)];
+                                if (m_rim[at(other)])
+                                    continue;
+                                Vec3 const normal = withoutSymmetry(other, meanNormal(other, i_reference));
+                                anywhere = anywhere + normal;
+                                ++anywhereCount;
+                                if (cell.node[at(cell.next(corner))] == i_node ||
+                                    cell.node[at(cell.previous(corner))] == i_node)
                                 {
-                                    inside = inside + withoutSymmetry(other, meanNormal(other, i_reference));
-                                    ++insideCount;
+                                    beside = beside + normal;
+                                    ++besideCount;
                                 }
+                            }
                         });
-        if (insideCount == 0)
+        if (anywhereCount == 0)
             return meanNormal(i_node, i_reference);
-        return unit((2.0 / cellCount) * cells - (1.0 / insideCount) * inside);
+        // The far corner of a quadrilateral counts only where no side leads off the rim: beside a corner of the sheet
+        // it would pull the mean along the rim.
+        Vec3 const inside = besideCount > 0 ? (1.0 / besideCount) * beside : (1.0 / anywhereCount) * anywhere;
+        return unit((2.0 / cellCount) * cells - inside);
     }
 
     Vec3 withoutSymmetry(int i_node, Vec3 i_normal) const

@@ -216,6 +216,7 @@ struct Series
     char const * name;
     Cells cells;
     std::array<double, 4> observed; // 0: not observed
+    double slack = 1.001;           // allowed above it
 };
 
 // clang-format off
@@ -223,7 +224,7 @@ constexpr Series kSeries[] = {
     {"A2", Cells::Triangles, {0.1744, 0.0416, 0.0103, 0.0025}},
     {"A2", Cells::Quads,     {0.1510, 0.0378, 0.0091, 0.0023}},
     {"A4", Cells::Triangles, {0.1919, 0.0465, 0.0116, 0.0029}},
-    {"A5", Cells::Triangles, {0.2009, 0.0476, 0.0115, 0.0028}},
+    {"A5", Cells::Triangles, {0.2009, 0.0476, 0.0115, 0.0028}, 1.36}, // another choice of diagonals on the long wall
     {"D1", Cells::Quads,     {0.0194, 0.0047, 0.0012, 0.0}},
     {"D2", Cells::Triangles, {0.0689, 0.0229, 0.0061, 0.0015}},
     {"D3", Cells::Triangles, {0.0417, 0.0119, 0.0030, 0.0008}},
@@ -249,9 +250,9 @@ TEST_P(VerificationAxisymmetric, ConvergesWithTheSquareOfTheMeshSizeToTheObserve
     double const order = std::log2(e2 / e4);
     tell("order between k = 2 and 4: %.2f", order);
     EXPECT_GE(order, 1.8);
-    EXPECT_LE(e1, 1.3 * series.observed[0]); // the diagonals are another choice
-    EXPECT_LE(e2, 1.3 * series.observed[1]);
-    EXPECT_LE(e4, 1.3 * series.observed[2]);
+    EXPECT_LE(e1, series.slack * series.observed[0] + 0.00005); // the table ends at the fourth digit
+    EXPECT_LE(e2, series.slack * series.observed[1] + 0.00005);
+    EXPECT_LE(e4, series.slack * series.observed[2] + 0.00005);
 }
 
 INSTANTIATE_TEST_SUITE_P(Cases, VerificationAxisymmetric, testing::ValuesIn(kSeries), seriesName);
@@ -270,19 +271,26 @@ TEST_P(SlowVerificationAxisymmetric, KeepsItsOrderDownToTheFinestMesh)
     EXPECT_GE(order, 1.8);
     if (series.observed[3] > 0.0)
     {
-        EXPECT_LE(e8, 1.3 * series.observed[3] + 0.00005); // the table ends at the fourth digit
+        EXPECT_LE(e8, series.slack * series.observed[3] + 0.00005);
     }
 }
 
 INSTANTIATE_TEST_SUITE_P(Cases, SlowVerificationAxisymmetric, testing::ValuesIn(kSeries), seriesName);
 
-TEST(VerificationGoals, BlankRadiiOfTheCupsAreWithinThreeHundredthsOfAPercent)
+// The force of the smooth cup; the facets' own is 0.3 % above it.
+TEST(VerificationGoals, BlankThicknessAndForceOfTheCupsLieInTheirBands)
 {
     for (char const * name : {"A1", "A2", "A3", "A4", "A5"})
     {
-        Errors const errors = errorsOf(named(name), 4, Cells::Triangles);
+        Case const & c = named(name);
+        Errors const errors = errorsOf(c, 4, Cells::Triangles);
         EXPECT_LE(errors.rim, 0.0003) << name;
         EXPECT_LE(errors.thickness, 0.0025) << name;
+        EXPECT_NEAR(errors.punchForce / c.punchForce, 1.0, 0.005) << name;
+        if (c.name == std::string("A1"))
+        {
+            EXPECT_NEAR(errors.punchForce, 29461.7, 1.0); // observed with other code on the same facets
+        }
     }
 }
 
@@ -292,17 +300,6 @@ TEST(VerificationGoals, ThicknessStrainsOfTheDomesAreWithinTheirBands)
     EXPECT_LE(errorsOf(named("D2"), 4, Cells::Quads).thickness, 0.003);
     EXPECT_LE(errorsOf(named("D3"), 4, Cells::Triangles).thickness, 0.004);
     EXPECT_LE(errorsOf(named("D3"), 4, Cells::Quads).thickness, 0.004);
-}
-
-// The force of the smooth cup; the facets' own is 0.3 % above it at k = 4.
-TEST(VerificationGoals, PunchForcesComeWithinHalfAPercent)
-{
-    for (char const * name : {"A1", "A2", "A3", "A4", "A5"})
-    {
-        Case const & c = named(name);
-        EXPECT_NEAR(errorsOf(c, 4, Cells::Triangles).punchForce / c.punchForce, 1.0, 0.005) << name;
-    }
-    EXPECT_NEAR(errorsOf(named("A1"), 4, Cells::Triangles).punchForce, 29461.7, 15.0);
 }
 
 } // namespace

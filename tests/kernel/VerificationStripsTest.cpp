@@ -181,7 +181,7 @@ TEST(VerificationDevelopable, TheBracketBecomesItsBlankHoleAndAll)
         Problem const problem = problemOf(mesh, mildSteel());
         Solution const solution = solve(problem);
         double worst = 0.0; // of the distances to three nodes far apart
-        for (int from : {0, 1500, static_cast<int>(mesh.nodes.size()) - 1})
+        for (int from : {0, static_cast<int>(mesh.nodes.size()) / 2, static_cast<int>(mesh.nodes.size()) - 1})
             for (std::size_t i = 0; i < mesh.nodes.size(); ++i)
             {
                 Point3 const & p = blank.nodes[static_cast<std::size_t>(from)];

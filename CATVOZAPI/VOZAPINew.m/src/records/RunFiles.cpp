@@ -78,7 +78,7 @@ RunFiles::RunFiles(VOZMultiStageSolverIOData_s const & i_data)
 
 void RunFiles::Log(std::string const & i_line)
 {
-    if (!m_pLog)
+    if (!m_pLog || i_line.starts_with("time:"))
         return;
     std::fwrite(i_line.data(), 1, i_line.size(), m_pLog.get());
     std::fputc('\n', m_pLog.get());

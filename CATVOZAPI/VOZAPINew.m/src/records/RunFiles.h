@@ -1,7 +1,8 @@
 // RunFiles.h: the summary and the log that a run leaves in the working folder.
 //
 // Both are optional: where a file cannot be opened or written the run goes on without it. Numbers have a decimal point
-// whatever the locale, and neither file holds a time, so that equal jobs leave equal files.
+// whatever the locale, and neither file holds a time, so that equal jobs leave equal files: lines of the solver that
+// begin with "time:" are left out.
 
 #ifndef RUNFILES_H
 #define RUNFILES_H

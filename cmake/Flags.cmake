@@ -29,6 +29,8 @@ target_compile_options(vozdravo_flags INTERFACE
   -Wall -Wextra -Wpedantic -Wconversion -Wshadow -ffp-contract=off
   # GCC 12 sees overlapping copies in "text" + std::string (its bug 105329).
   $<$<AND:$<CXX_COMPILER_ID:GNU>,$<VERSION_LESS:$<CXX_COMPILER_VERSION>,13>>:-Wno-restrict>
+  # Clang counts it to -Wconversion, GCC does not.
+  $<$<CXX_COMPILER_ID:Clang>:-Wno-sign-conversion>
   $<$<BOOL:${VOZ_WARNINGS_AS_ERRORS}>:-Werror>)
 
 if(VOZ_SANITIZE)

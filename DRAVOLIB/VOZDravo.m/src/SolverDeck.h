@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <cstdio>
+#include <cstring>
 #include <memory>
 #include <string_view>
 
@@ -35,7 +36,13 @@ public:
     DeckWriter(DeckWriter const &) = delete;
     DeckWriter & operator=(DeckWriter const &) = delete;
 
-    void Text(std::string_view i_text);
+    void Text(std::string_view i_text)
+    {
+        if (i_text.size() > kBlockBytes - mUsed)
+            return LongText(i_text);
+        std::memcpy(mBlock.get() + mUsed, i_text.data(), i_text.size());
+        mUsed += i_text.size();
+    }
     void Number(int i_value);
     void Number(double i_value); // as FormatDeckDouble writes it
     void Flush();
@@ -54,6 +61,9 @@ private:
     void Field(double i_value) { Number(i_value); }
     void Field(std::string_view i_value) { Text(i_value); }
     char * Reserve(std::size_t i_bytes);
+    void LongText(std::string_view i_text);
+
+    static constexpr std::size_t kBlockBytes = std::size_t{1} << 16;
 
     std::FILE * mFile;
     std::unique_ptr<char[]> mBlock;

@@ -24,7 +24,6 @@
 namespace
 {
 constexpr double kMmPerInch = 25.4;
-constexpr std::size_t kBlockBytes = std::size_t{1} << 16;
 constexpr std::size_t kIntBytes = 16; // of the longest int as text
 constexpr float kLargeLoopRatio = 0.2f;
 
@@ -106,16 +105,17 @@ char * DeckWriter::Reserve(std::size_t i_bytes)
     return mBlock.get() + mUsed;
 }
 
-void DeckWriter::Text(std::string_view i_text)
+// A text that does not fit behind what is there: piece by piece.
+void DeckWriter::LongText(std::string_view i_text)
 {
-    while (i_text.size() > kBlockBytes)
+    while (!i_text.empty())
     {
-        std::memcpy(Reserve(kBlockBytes), i_text.data(), kBlockBytes);
-        mUsed = kBlockBytes;
-        i_text.remove_prefix(kBlockBytes);
+        Flush();
+        std::string_view const piece = i_text.substr(0, kBlockBytes);
+        std::memcpy(mBlock.get(), piece.data(), piece.size());
+        mUsed = piece.size();
+        i_text.remove_prefix(piece.size());
     }
-    std::memcpy(Reserve(i_text.size()), i_text.data(), i_text.size());
-    mUsed += i_text.size();
 }
 
 void DeckWriter::Number(int i_value)

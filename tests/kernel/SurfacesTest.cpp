@@ -180,7 +180,7 @@ TEST(Surfaces, CupMeridianHasItsLengthRimAndRadii)
 
 TEST(Surfaces, DeepCupOfTheBenchmarkEndsAtItsRim)
 {
-    Profile const profile = meridian(Cup{32.0, 8.0, 22.0, 5.0, 16.0}, 1);
+    Profile const profile = meridian(Cup{32.0, 8.0, 22.0, 5.0, 16.0, 4}, 1);
     EXPECT_NEAR(profile.length(), 90.420352248333657, 1e-12);
     EXPECT_NEAR(profile.points().back()[0], 61.0, 1e-12);
 }

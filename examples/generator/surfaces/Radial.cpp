@@ -93,7 +93,7 @@ Profile meridian(Cup const & cup, int k)
     return Profile({0.0, 0.0}, 0.0)
         .line(cup.bottom, 4 * k)
         .arc(cup.punchArc, kHalfPi, 3 * k)
-        .line(cup.wall, 2 * k)
+        .line(cup.wall, cup.wallRows * k)
         .arc(cup.dieArc, -kHalfPi, 3 * k)
         .line(cup.flange, 2 * k);
 }

@@ -83,9 +83,10 @@ struct Cup // bottom at z = 0, vertical wall, radii of the mid-surface
     double wall = 7.0;
     double dieArc = 5.0;
     double flange = 12.0;
+    int wallRows = 2; // times k
 };
 
-Profile meridian(Cup const & cup, int k);                     // rows: bottom 4 k, arcs 3 k, wall and flange 2 k each
+Profile meridian(Cup const & cup, int k);                     // rows: bottom 4 k, arcs 3 k, flange 2 k
 Profile domeMeridian(double radius, double halfAngle, int k); // rows: 6 k; the pole at z = 0, the rim below it
 SurfaceMesh cup(Cup const & cup, int k, Extent extent, Cells cells);
 SurfaceMesh dome(double radius, double halfAngle, int k, Extent extent, Cells cells);

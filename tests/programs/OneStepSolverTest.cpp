@@ -427,6 +427,16 @@ TEST_F(OneStepSolver, SaysSoWhereTheResultCannotBeWritten)
     EXPECT_FALSE(std::filesystem::exists("deck.fpo.part"));
 }
 
+TEST_F(OneStepSolver, SaysSoWhereTheDiskIsFull)
+{
+    writeCup();
+    std::filesystem::create_symlink("/dev/full", "deck.fpo.part");
+    Ended const ended = start("-pfpi deck.fpi -sd .");
+    EXPECT_EQ(ended.code, 5);
+    EXPECT_THAT(ended.errors, HasSubstr("cannot write deck.fpo: No space left on device"));
+    EXPECT_THAT(filesHere(), testing::Not(testing::Contains(HasSubstr(".fpo"))));
+}
+
 TEST_F(OneStepSolver, TellsHowItIsUsed)
 {
     EXPECT_EQ(start("--help").code, 0);

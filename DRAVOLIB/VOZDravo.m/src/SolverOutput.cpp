@@ -43,14 +43,16 @@ constexpr char const * kSpringbackMark = ".spo";
 // ones follow until one is null or ten slots are full. Returns the slots filled, nulls included: 2 for an empty line.
 int splitLine(char * line, char ** o_tokens)
 {
-    constexpr char const * kBlanks = " \t\n";
-    auto const next = [&line]() -> char *
+    auto const isBlank = [](char c) { return c == ' ' || c == '\t' || c == '\n'; };
+    auto const next = [&line, isBlank]() -> char *
     {
-        line += std::strspn(line, kBlanks);
+        while (isBlank(*line))
+            ++line;
         if (*line == '\0')
             return nullptr;
         char * const token = line;
-        line += std::strcspn(line, kBlanks);
+        while (*line != '\0' && !isBlank(*line))
+            ++line;
         if (*line != '\0')
             *line++ = '\0';
         return token;

@@ -1,0 +1,78 @@
+// JobModel.h: a job with its mesh: read, checked, oriented, and laid in its stamping frame; and what acts on it as the
+// library's process objects.
+//
+// Node and element numbers are positions, 1-based, unless they are called ids (those of the mesh file).
+
+#ifndef JOBMODEL_H
+#define JOBMODEL_H
+
+#include "ElemProperty.h"
+#include "Job.h"
+#include "Material.h"
+#include "MeshCheck.h"
+#include "MeshFile.h"
+#include "Symmetry.h"
+#include "VOZCatAxis.h"
+
+#include <string>
+#include <vector>
+
+class VOZMaterial;
+
+namespace voz::workbench
+{
+
+// The part's mesh, mm, elements in one sense.
+struct JobModel
+{
+    MeshModel mesh;
+    MeshReport report;                 // of the mesh as it goes into the run
+    std::vector<std::string> remarks;  // what was done to it
+    std::vector<std::string> warnings; // what is unusual about it
+};
+
+// Throws InputError for a mesh that no route can take: what is wrong, at which node or element.
+JobModel ReadModel(Job const & i_job);
+
+// The stamping frame: local z is the stamping direction; with one plane of symmetry it is local x = 0, with two they
+// are local x = 0 and y = 0.
+struct Tipping
+{
+    VOZCatAxis frame;
+    Symmetry symmetry;
+    int undercutElements = 0;
+    double undercutAngle = 0.0; // degrees
+    std::vector<int> undercut;  // per element, 0-based: 1 if it faces away
+};
+Tipping FindTipping(VOZCatMesh const & i_mesh, std::vector<JobPlane> const & i_planes,
+                    std::optional<Point3> const & i_dieLine);
+Tipping FindTipping(Job const & i_job, JobModel const & i_model); // throws InputError where no frame can be found
+
+// Selections as positions, ascending. Throw InputError for ids and sets that the mesh does not have, and for none.
+std::vector<int> NodesOf(JobSelection const & i_selection, Job const & i_job, JobModel const & i_model);
+std::vector<int> ElementsOf(JobSelection const & i_selection, Job const & i_job, JobModel const & i_model);
+
+// What acts on the sheet, for every route: mm, holder force N, bead force N/m, pad pressure Pa.
+struct Process
+{
+    Material material;     // mm, MPa
+    ElemProperty property; // its kernel material: m, Pa
+    Friction friction;
+    FullBlankHolder fullHolder;
+    std::vector<std::string> warnings;
+};
+// Fills io_process, which must be fresh. Throws InputError.
+void BuildProcess(Job const & i_job, JobModel const & i_model, Tipping const & i_tipping, Process & io_process);
+
+// Both records of one material: the process model's in mm and MPa, the kernel's in m and Pa.
+void FillMaterials(JobMaterial const & i_material, double i_thickness, JobLimits const & i_limits,
+                   Material & io_material, VOZMaterial & io_kernelMaterial);
+
+FormingLimit LimitOf(Job const & i_job); // with FLD0 as the job has it
+
+// The limits as the configuration file holds them: true strains for thinning, fractions for shear.
+std::string ConfigurationText(JobLimits const & i_limits);
+
+} // namespace voz::workbench
+
+#endif

@@ -1,0 +1,247 @@
+// FileRouteOutcome.cpp: what the file route read back, checked and turned into the workbench's one form.
+
+#include "FileRouteParts.h"
+#include "OutputFile.h"
+#include "Quantity.h"
+#include "TextFile.h"
+
+#include <algorithm>
+#include <cmath>
+#include <string_view>
+
+namespace voz::workbench
+{
+
+namespace
+{
+constexpr double kMegapascalPerPascal = 1e-6;
+constexpr double kRadianPerDegree = 0.017453292519943295;
+constexpr int kPointsOfQuadrilateral = 4; // whose angles the library adds up
+
+// The lines of a text, counted.
+class Lines
+{
+public:
+    explicit Lines(std::string_view i_text) : mRest(i_text) {}
+
+    bool Next()
+    {
+        if (mRest.empty())
+            return false;
+        std::size_t const end = mRest.find('\n');
+        line = mRest.substr(0, end);
+        mRest.remove_prefix(end == std::string_view::npos ? mRest.size() : end + 1);
+        ++number;
+        return true;
+    }
+    bool IsSeparator() const { return line.starts_with('*'); }
+
+    std::string_view line;
+    long number = 0;
+
+private:
+    std::string_view mRest;
+};
+
+class SolverText
+{
+public:
+    SolverText(std::string const & i_path, std::string_view i_text) : mPath(i_path), mLines(i_text) {}
+
+    void SkipSeparators(int i_count, char const * i_what)
+    {
+        while (i_count > 0)
+        {
+            if (!mLines.Next())
+                Fail(std::string("ends ahead of ") + i_what);
+            if (mLines.IsSeparator())
+                --i_count;
+        }
+    }
+
+    // i_count rows of at least i_columns numbers behind the row's own number; then a separator.
+    void Rows(long i_count, int i_columns, char const * i_what)
+    {
+        for (long row = 0; row < i_count; ++row)
+        {
+            if (!mLines.Next() || mLines.IsSeparator())
+                Fail("has " + std::to_string(row) + " rows of " + i_what + ", expected " + std::to_string(i_count));
+            CheckRow(i_columns);
+        }
+    }
+
+    void Separator(char const * i_what)
+    {
+        if (!mLines.Next() || !mLines.IsSeparator())
+            Fail(std::string("has more rows of ") + i_what + " than the mesh, or ends behind them");
+    }
+
+    void CheckRow(int i_columns) const
+    {
+        std::string_view rest = mLines.line;
+        for (int column = 0; column <= i_columns; ++column)
+        {
+            std::size_t const begin = rest.find_first_not_of(" \t\r");
+            if (begin == std::string_view::npos)
+                Fail("has " + std::to_string(column) + " columns, expected " + std::to_string(i_columns + 1));
+            rest.remove_prefix(begin);
+            std::size_t const end = rest.find_first_of(" \t\r");
+            std::string_view const token = rest.substr(0, end);
+            std::optional<double> const value = ParseNumber(token);
+            if (!value || !std::isfinite(*value))
+                Fail("column " + std::to_string(column + 1) + ": \"" + std::string(token) + "\" is no finite number");
+            rest.remove_prefix(std::min(rest.size(), token.size()));
+        }
+    }
+
+    void NextRow(int i_columns, char const * i_what)
+    {
+        if (!mLines.Next() || mLines.IsSeparator())
+            Fail(std::string("has no ") + i_what);
+        CheckRow(i_columns);
+    }
+
+private:
+    [[noreturn]] void Fail(std::string const & i_message) const
+    {
+        throw SolverError("the solver's result cannot be used: " + mPath + ":" + std::to_string(mLines.number) + ": " +
+                          i_message);
+    }
+
+    std::string const & mPath;
+    Lines mLines;
+};
+} // namespace
+
+void CheckSolverText(std::string const & i_path, VOZCatMesh const & i_mesh)
+{
+    std::string content;
+    try
+    {
+        content = ReadTextFile(i_path, std::size_t{1} << 40);
+    }
+    catch (InputError const & error)
+    {
+        throw SolverError(std::string("the solver's result cannot be used: ") + error.what());
+    }
+    long rows = 0;
+    for (int e = 1; e <= i_mesh.numElem(); ++e)
+        rows += i_mesh.isTriangle(e) != 0 ? 1 : kPointsOfQuadrilateral;
+    SolverText text(i_path, content);
+    text.SkipSeparators(3, "the node section");
+    text.Rows(i_mesh.numNode(), 6, "nodes");
+    text.Separator("nodes");
+    text.Rows(rows, 6, "elements");
+    text.SkipSeparators(2, "the punch force");
+    text.NextRow(2, "punch force");
+}
+
+void FillUnsetSlots(VOZCatMesh const & i_mesh, Result & io_result)
+{
+    // What the reader sets it sets afterwards: these slots it leaves out.
+    for (int e = 1; e <= i_mesh.numElem(); ++e)
+    {
+        if (i_mesh.isTriangle(e) == 0)
+            io_result.EquivalentStrain(e, 0.0F);
+        io_result.equivalentStrain(e, io_result.EquivalentStrain(e));
+    }
+    io_result.AverageNodeThickness(i_mesh);
+}
+
+double EquivalentStrainPercent(double i_major, double i_minor, double i_anisotropy)
+{
+    double const r = i_anisotropy;
+    double const e1 = std::log1p(std::max(i_major, -99.0) / 100.0);
+    double const e2 = std::log1p(std::max(i_minor, -99.0) / 100.0);
+    double const k2 = (1.0 + r) * (1.0 + r) / (1.0 + 2.0 * r);
+    double const rho = r / (1.0 + r);
+    double const conjugate = std::sqrt(std::max(0.0, k2 * (e1 * e1 + e2 * e2 + 2.0 * rho * e1 * e2)));
+    return 100.0 * std::expm1(conjugate * std::sqrt(2.0 * (2.0 + r) / (3.0 * (1.0 + r))));
+}
+
+namespace
+{
+ElementOutcome ConvertElement(Result const & i_result, int e, bool i_isTriangle, FormingLimit const & i_limit,
+                              double i_firstThickness)
+{
+    ElementOutcome element;
+    element.thickness = i_result.thickness(e);
+    element.thinning = 100.0 * (1.0 - element.thickness / i_firstThickness);
+    element.major = i_result.strain(e, 0);
+    element.minor = i_result.strain(e, 1);
+    element.thicknessStrain =
+        i_limit.trueToEngStrain(-i_limit.engToTrueStrain(element.major) - i_limit.engToTrueStrain(element.minor));
+    double const degrees = i_result.strain(e, 2);
+    element.angle = kRadianPerDegree * (i_isTriangle ? degrees : degrees / kPointsOfQuadrilateral);
+    element.equivalentStrain = i_isTriangle ? static_cast<double>(i_result.EquivalentStrain(e))
+                                            : EquivalentStrainPercent(element.major, element.minor, i_limit.rBar());
+    element.stress = kMegapascalPerPascal * static_cast<double>(i_result.stress(e));
+    element.safety = i_result.safety(e);
+    element.forming = i_result.forming(e);
+    return element;
+}
+
+NodeOutcome ConvertNode(Result const & i_result, int n, VOZCatMesh const & i_mesh, VOZCatAxis const & i_frame)
+{
+    NodeOutcome node;
+    std::array<double, 3> moved{}; // from the frame's origin to the flat place, global
+    for (int c = 0; c < 3; ++c)
+    {
+        auto const i = static_cast<std::size_t>(c);
+        node.displacement[i] = i_result.disp(n, c);
+        node.onBinder[i] = i_result.dispOnBinder(n, c);
+        moved[i] = i_mesh.GetNodeData()[n][c] + node.displacement[i] - i_frame.origin(c);
+    }
+    for (int row = 0; row < 3; ++row)
+        for (int c = 0; c < 3; ++c)
+            node.flat[static_cast<std::size_t>(row)] += i_frame.axis(row, c) * moved[static_cast<std::size_t>(c)];
+    node.thickness = i_result.NodeThickness(n);
+    node.major = i_result.nstrain(n, 0);
+    node.minor = i_result.nstrain(n, 1);
+    node.safety = i_result.nsafety(n);
+    node.forming = i_result.nforming(n);
+    return node;
+}
+} // namespace
+
+void ConvertFileResult(Job const & i_job, JobModel const & i_model, Tipping const & i_tipping, Result & i_result,
+                       Outcome & o_outcome)
+{
+    VOZCatMesh const & mesh = i_model.mesh.mesh;
+    JobMaterial const & material = i_job.materials.front();
+    o_outcome.title = i_job.title;
+    o_outcome.route = "file";
+    o_outcome.part = mesh;
+    o_outcome.frame = i_tipping.frame;
+    o_outcome.symmetry = i_tipping.symmetry;
+    o_outcome.materialName = material.name;
+    o_outcome.materialSource = material.source;
+    o_outcome.firstThickness = i_job.thickness;
+    o_outcome.density = material.density;
+    o_outcome.limit = LimitOf(i_job);
+    o_outcome.limitSource = i_job.limits.isFldZeroGiven
+                                ? "FLD0 as given in the job"
+                                : "FLD0 = (356.7 t + 23.36) n / 0.2116, t in inches, at most 0.118";
+    o_outcome.undercut = i_tipping.undercut;
+    o_outcome.summary.undercutAngle = i_tipping.undercutAngle;
+    o_outcome.summary.punchForce = i_result.PunchForce();
+    for (int e = 1; e <= mesh.numElem(); ++e)
+        o_outcome.elements.push_back(
+            ConvertElement(i_result, e, mesh.isTriangle(e) != 0, o_outcome.limit, i_job.thickness));
+    for (int n = 1; n <= mesh.numNode(); ++n)
+        o_outcome.nodes.push_back(ConvertNode(i_result, n, mesh, i_tipping.frame));
+    Summarise(o_outcome);
+}
+
+std::string SolverWords(std::string const & i_logPath)
+{
+    std::string const raw = ReadTextFile(i_logPath, std::size_t{1} << 30);
+    std::string words;
+    Lines lines(raw);
+    while (lines.Next())
+        if (!lines.line.starts_with("Program Name: ") && !lines.line.starts_with("0x"))
+            words += std::string(lines.line) + "\n";
+    return words;
+}
+
+} // namespace voz::workbench

@@ -23,8 +23,9 @@ std::string DefaultDatabase();
 // All materials, in the order of the database. Throws InputError, with the reader's own words, if it cannot be read.
 std::vector<DatabaseMaterial> ReadDatabase(std::string const & i_path);
 
-// The material of that name; null if there is none.
-DatabaseMaterial const * FindMaterial(std::vector<DatabaseMaterial> const & i_database, std::string const & i_name);
+// The material of that name. Throws InputError, with the nearest name, if i_path has none.
+DatabaseMaterial const & FindMaterial(std::vector<DatabaseMaterial> const & i_database, std::string const & i_name,
+                                      std::string const & i_path);
 
 } // namespace voz::workbench
 

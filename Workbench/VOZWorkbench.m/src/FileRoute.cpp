@@ -233,7 +233,7 @@ Outcome RunFileRoute(Job const & i_job, JobModel const & i_model, FileRouteOptio
     {
         throw SolverError("the solver's result " + output + " cannot be read: " + error.Message());
     }
-    FillUnsetSlots(mesh, result);
+    FillUnsetSlots(mesh, i_job.materials.front().anisotropy, result);
     Outcome outcome;
     ConvertFileResult(i_job, i_model, tipping, result, outcome);
     outcome.log = ReadTextFile(In(i_options.folder, kLog), std::size_t{1} << 30);

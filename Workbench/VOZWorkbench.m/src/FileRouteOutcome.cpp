@@ -136,18 +136,6 @@ void CheckSolverText(std::string const & i_path, VOZCatMesh const & i_mesh)
     text.NextRow(2, "punch force");
 }
 
-void FillUnsetSlots(VOZCatMesh const & i_mesh, Result & io_result)
-{
-    // What the reader sets it sets afterwards: these slots it leaves out.
-    for (int e = 1; e <= i_mesh.numElem(); ++e)
-    {
-        if (i_mesh.isTriangle(e) == 0)
-            io_result.EquivalentStrain(e, 0.0F);
-        io_result.equivalentStrain(e, io_result.EquivalentStrain(e));
-    }
-    io_result.AverageNodeThickness(i_mesh);
-}
-
 double EquivalentStrainPercent(double i_major, double i_minor, double i_anisotropy)
 {
     double const r = i_anisotropy;
@@ -157,6 +145,18 @@ double EquivalentStrainPercent(double i_major, double i_minor, double i_anisotro
     double const rho = r / (1.0 + r);
     double const conjugate = std::sqrt(std::max(0.0, k2 * (e1 * e1 + e2 * e2 + 2.0 * rho * e1 * e2)));
     return 100.0 * std::expm1(conjugate * std::sqrt(2.0 * (2.0 + r) / (3.0 * (1.0 + r))));
+}
+
+void FillUnsetSlots(VOZCatMesh const & i_mesh, double i_anisotropy, Result & io_result)
+{
+    for (int e = 1; e <= i_mesh.numElem(); ++e)
+    {
+        if (i_mesh.isTriangle(e) == 0)
+            io_result.EquivalentStrain(e, static_cast<float>(EquivalentStrainPercent(
+                                              io_result.strain(e, 0), io_result.strain(e, 1), i_anisotropy)));
+        io_result.equivalentStrain(e, io_result.EquivalentStrain(e));
+    }
+    io_result.AverageNodeThickness(i_mesh);
 }
 
 namespace
@@ -173,8 +173,7 @@ ElementOutcome ConvertElement(Result const & i_result, int e, bool i_isTriangle,
         i_limit.trueToEngStrain(-i_limit.engToTrueStrain(element.major) - i_limit.engToTrueStrain(element.minor));
     double const degrees = i_result.strain(e, 2);
     element.angle = kRadianPerDegree * (i_isTriangle ? degrees : degrees / kPointsOfQuadrilateral);
-    element.equivalentStrain = i_isTriangle ? static_cast<double>(i_result.EquivalentStrain(e))
-                                            : EquivalentStrainPercent(element.major, element.minor, i_limit.rBar());
+    element.equivalentStrain = i_result.equivalentStrain(e);
     element.stress = kMegapascalPerPascal * static_cast<double>(i_result.stress(e));
     element.safety = i_result.safety(e);
     element.forming = i_result.forming(e);

@@ -16,8 +16,9 @@ namespace voz::workbench
 // end of a section quietly. Throws SolverError, with the line.
 void CheckSolverText(std::string const & i_path, VOZCatMesh const & i_mesh);
 
-// Slots that the file route leaves unset, filled as far as the route knows them.
-void FillUnsetSlots(VOZCatMesh const & i_mesh, Result & io_result);
+// Fills the slots that the reader leaves unset: the equivalent strain of quadrilaterals, equivalentStrain of all
+// elements, the thickness of the nodes.
+void FillUnsetSlots(VOZCatMesh const & i_mesh, double i_anisotropy, Result & io_result);
 
 // The one conversion of this route: Result in mm, %, Pa, N and its odd angles, Outcome in mm, %, MPa, N.
 void ConvertFileResult(Job const & i_job, JobModel const & i_model, Tipping const & i_tipping, Result & i_result,

@@ -18,23 +18,14 @@ JobMaterial FromDatabase(JobTable & io_table, std::string const & i_name, std::s
     std::string const path = given ? FromFolder(i_folder, *given) : DefaultDatabase();
     if (path.empty())
         io_table.Refuse("from", "there is no installation (VOZDRAVO3D) to take a material from; give database");
-    std::vector<DatabaseMaterial> database;
     try
     {
-        database = ReadDatabase(path);
+        return FindMaterial(ReadDatabase(path), i_name, path).material;
     }
     catch (InputError const & error)
     {
-        io_table.Refuse(given ? "database" : "from", error.what());
+        io_table.Refuse("from", error.what());
     }
-    if (DatabaseMaterial const * const found = FindMaterial(database, i_name))
-        return found->material;
-    std::vector<std::string> names;
-    for (DatabaseMaterial const & entry : database)
-        names.push_back(entry.material.name);
-    io_table.Refuse("from", "the database " + path + " has no material \"" + i_name + "\"" +
-                                (names.empty() ? std::string(": it is empty")
-                                               : "; the nearest is \"" + std::string(Nearest(i_name, names)) + "\""));
 }
 
 double Above0(JobTable const & i_table, std::string const & i_key, double i_value)

@@ -3,6 +3,7 @@
 #include "MaterialDatabase.h"
 
 #include "CATUnicodeString.h"
+#include "Quantity.h"
 #include "VOZAPIMaterialList.h"
 #include "VOZMaterial.h"
 #include "VOZTemplatePath.h"
@@ -65,12 +66,20 @@ std::vector<DatabaseMaterial> ReadDatabase(std::string const & i_path)
     return materials;
 }
 
-DatabaseMaterial const * FindMaterial(std::vector<DatabaseMaterial> const & i_database, std::string const & i_name)
+DatabaseMaterial const & FindMaterial(std::vector<DatabaseMaterial> const & i_database, std::string const & i_name,
+                                      std::string const & i_path)
 {
+    std::vector<std::string> names;
     for (DatabaseMaterial const & entry : i_database)
+    {
         if (entry.material.name == i_name)
-            return &entry;
-    return nullptr;
+            return entry;
+        names.push_back(entry.material.name);
+    }
+    throw InputError(i_path, 0, 0,
+                     "has no material \"" + i_name + "\"" +
+                         (names.empty() ? std::string(": it is empty")
+                                        : "; the nearest is \"" + std::string(Nearest(i_name, names)) + "\""));
 }
 
 } // namespace voz::workbench

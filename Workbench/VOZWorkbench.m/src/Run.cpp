@@ -1,0 +1,258 @@
+// Run.cpp: the folder of a run, its stages and what it leaves.
+
+#include "Run.h"
+
+#include "Exports.h"
+#include "OutputFile.h"
+#include "Report.h"
+#include "RunChecks.h"
+#include "Sha256.h"
+#include "TextFile.h"
+#include "Version.h"
+
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <chrono>
+#include <filesystem>
+
+namespace voz::workbench
+{
+
+namespace
+{
+namespace fs = std::filesystem;
+
+constexpr int kLastNumber = 999999;
+constexpr char const * kSolverFolder = "solver";
+
+std::string Numbered(std::string const & i_name, int i_number)
+{
+    std::string digits = std::to_string(i_number);
+    digits.insert(0, digits.size() < 3 ? 3 - digits.size() : 0, '0');
+    return i_name + "-" + digits;
+}
+
+// A folder of our own, whoever else makes some beside it at the same moment.
+fs::path MakeFolder(fs::path const & i_parent, std::string const & i_name, std::string const & i_solver)
+{
+    std::error_code error;
+    fs::path const parent = fs::absolute(i_parent, error).lexically_normal();
+    CheckRoutePath((parent / Numbered(i_name, kLastNumber) / kSolverFolder).string(), i_solver);
+    fs::create_directories(parent, error);
+    if (!fs::is_directory(parent))
+        throw OutputError(parent.string(), error ? error.message() : "it is no folder");
+    for (int number = 1; number <= kLastNumber; ++number)
+    {
+        fs::path const folder = parent / Numbered(i_name, number);
+        if (fs::create_directory(folder, error))
+        {
+            fs::create_directory(folder / kSolverFolder, error);
+            if (!fs::is_directory(folder / kSolverFolder))
+                throw OutputError((folder / kSolverFolder).string(), error.message());
+            return folder;
+        }
+        if (error && !fs::exists(folder))
+            throw OutputError(folder.string(), error.message());
+    }
+    throw OutputError(parent.string(), "all numbered folders are taken");
+}
+
+// Passes on what it hears, and takes the times.
+class StageClock : public RunObserver
+{
+public:
+    StageClock(RunObserver & io_outer, std::vector<OutcomeStage> & io_stages) : mOuter(io_outer), mStages(io_stages) {}
+
+    void Stage(std::string const & i_name) override
+    {
+        Finish();
+        mStages.push_back({i_name, 0.0});
+        mBegin = Clock::now();
+        mOuter.Stage(i_name);
+    }
+    void Warning(std::string const & i_text) override { mOuter.Warning(i_text); }
+    void Remark(std::string const & i_text) override { mOuter.Remark(i_text); }
+    bool IsInterrupted() override { return mOuter.IsInterrupted(); }
+
+    void Finish()
+    {
+        if (!mStages.empty() && mStages.back().seconds == 0.0)
+            mStages.back().seconds = std::chrono::duration<double>(Clock::now() - mBegin).count();
+    }
+
+private:
+    using Clock = std::chrono::steady_clock;
+
+    RunObserver & mOuter;
+    std::vector<OutcomeStage> & mStages;
+    Clock::time_point mBegin;
+};
+
+std::vector<OutcomeInput> HashInputs(Job const & i_job)
+{
+    std::vector<OutcomeInput> inputs;
+    for (std::string const & path : {i_job.path, i_job.mesh})
+        if (path != "-")
+            inputs.push_back({path, Sha256(ReadTextFile(path, std::size_t{1} << 40))});
+    return inputs;
+}
+
+// A locked job says what its inputs were.
+void CompareWithLock(Job const & i_job, std::vector<OutcomeInput> const & i_inputs, RunObserver & io_observer,
+                     std::vector<std::string> & io_warnings)
+{
+    for (OutcomeInput const & locked : i_job.lockedInputs)
+        for (OutcomeInput const & input : i_inputs)
+        {
+            std::error_code error;
+            if (!fs::equivalent(locked.path, input.path, error) || locked.sha256 == input.sha256)
+                continue;
+            io_warnings.push_back(input.path + " is not what it was when the job was locked");
+            io_observer.Warning(io_warnings.back());
+        }
+}
+
+void WriteOutputs(Job const & i_job, RunRecord & io_record)
+{
+    fs::path const folder(io_record.folder);
+    Outcome & outcome = io_record.outcome;
+    auto const path = [&](char const * i_what, char const * i_name)
+    {
+        std::string const text = (folder / i_name).string();
+        io_record.files.push_back({i_what, text});
+        return text;
+    };
+    BlankExportOptions options;
+    options.tolerance = i_job.outputs.outlineTolerance;
+    options.version = i_job.outputs.isDxfR12 ? DxfVersion::R12 : DxfVersion::R2000;
+    if (i_job.outputs.report)
+        WriteReport(outcome, path("report", "report.html"));
+    if (i_job.outputs.dxf)
+        WriteBlankDxf(outcome, options, path("blank, DXF", "blank.dxf"));
+    if (i_job.outputs.svg)
+        WriteBlankSvg(outcome, options, path("blank, SVG", "blank.svg"));
+    if (i_job.outputs.vtu)
+    {
+        WriteVtu(outcome, folder.string());
+        path("results, VTU", "results.pvd");
+    }
+    if (i_job.outputs.tables)
+    {
+        WriteTables(outcome, folder.string());
+        path("tables, CSV", "elements.csv");
+    }
+}
+
+void WriteJson(std::string const & i_path, nlohmann::json const & i_json)
+{
+    OutputFile file(i_path);
+    file << i_json.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) << "\n";
+    file.Commit();
+}
+
+// A folder without a result says why; if not even that can be written, the first error is the one to tell.
+void LeaveNote(std::string const & i_folder, char const * i_status, std::string const & i_reason)
+{
+    try
+    {
+        WriteJson((fs::path(i_folder) / "summary.json").string(),
+                  {{"schema", 1}, {"status", i_status}, {"reason", i_reason}});
+    }
+    catch (OutputError const &)
+    {
+    }
+}
+
+void RunInFolder(Job const & i_job, RunOptions const & i_options, std::string const & i_solver,
+                 JobModel const & i_model, RunObserver & io_observer, RunRecord & io_record)
+{
+    std::vector<OutcomeInput> const inputs = HashInputs(i_job);
+    std::vector<std::string> warnings = i_job.warnings;
+    warnings.insert(warnings.end(), i_model.warnings.begin(), i_model.warnings.end());
+    CompareWithLock(i_job, inputs, io_observer, warnings);
+
+    std::string const lock = (fs::path(io_record.folder) / "job.lock.toml").string();
+    OutputFile lockFile(lock);
+    lockFile << LockedJob(i_job, inputs, io_record.folder);
+    lockFile.Commit();
+
+    std::vector<OutcomeStage> stages;
+    StageClock clock(io_observer, stages);
+    FileRouteOptions route;
+    route.folder = (fs::path(io_record.folder) / kSolverFolder).string();
+    route.solver = i_solver;
+    route.threads = i_options.threads > 0 ? i_options.threads : i_job.threads;
+    route.isSolverSilent = i_options.isSolverSilent;
+    Outcome & outcome = io_record.outcome;
+    outcome = RunFileRoute(i_job, i_model, route, clock);
+    warnings.insert(warnings.end(), outcome.warnings.begin(), outcome.warnings.end());
+    outcome.warnings = std::move(warnings);
+    outcome.parameters = i_job.parameters;
+    outcome.inputs = inputs;
+    outcome.command = i_options.command;
+    outcome.version = kVersion;
+    outcome.checks = CheckOutcome(outcome);
+
+    clock.Enter("output");
+    clock.Finish();
+    if (i_options.areTimesKept)
+        outcome.stages = stages;
+    WriteOutputs(i_job, io_record);
+    std::string const summary = (fs::path(io_record.folder) / "summary.json").string();
+    WriteJson(summary, SummaryJson(io_record));
+    io_record.files.push_back({"summary", summary});
+    io_record.files.push_back({"locked job", lock});
+}
+} // namespace
+
+RunRecord RunJob(Job const & i_job, RunOptions const & i_options, RunObserver & io_observer)
+{
+    CheckFileRoute(i_job);
+    std::string const solver = FindSolverProgram(i_options.solver);
+    for (std::string const & warning : i_job.warnings)
+        io_observer.Warning(warning);
+
+    io_observer.Enter("mesh");
+    JobModel const model = ReadModel(i_job);
+    for (std::string const & remark : model.remarks)
+        io_observer.Remark(remark);
+    for (std::string const & warning : model.warnings)
+        io_observer.Warning(warning);
+
+    std::string const parent = !i_options.out.empty()          ? i_options.out
+                               : !i_job.outputs.folder.empty() ? i_job.outputs.folder
+                                                               : "out";
+    RunRecord record;
+    record.folder = MakeFolder(parent, i_job.name, solver).string();
+    record.elementIds = model.mesh.elementIds;
+    record.nodeIds = model.mesh.nodeIds;
+    try
+    {
+        RunInFolder(i_job, i_options, solver, model, io_observer, record);
+    }
+    catch (Interrupted const &)
+    {
+        LeaveNote(record.folder, "interrupted", "partial: the run was interrupted");
+        throw;
+    }
+    catch (std::exception const & error)
+    {
+        LeaveNote(record.folder, "failed", error.what());
+        throw;
+    }
+    return record;
+}
+
+bool HasFailedCheck(Outcome const & i_outcome)
+{
+    return std::ranges::any_of(i_outcome.checks, [](OutcomeCheck const & c) { return !c.passed && !c.isWarning; });
+}
+
+bool HasFailedWarning(Outcome const & i_outcome)
+{
+    return !i_outcome.warnings.empty() ||
+           std::ranges::any_of(i_outcome.checks, [](auto const & c) { return !c.passed; });
+}
+
+} // namespace voz::workbench

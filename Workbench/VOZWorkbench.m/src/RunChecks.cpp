@@ -1,0 +1,62 @@
+// RunChecks.cpp: the checks of a result, each with its limit.
+
+#include "RunChecks.h"
+
+#include "OutputFile.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace voz::workbench
+{
+
+namespace
+{
+constexpr double kVolumeTolerance = 1.0; // percent
+constexpr double kFlatTolerance = 0.001; // mm
+
+// Incompressibility: what the formed sheet holds must be what the blank held.
+OutcomeCheck VolumeCheck(Outcome const & i_outcome)
+{
+    double formed = 0.0;
+    for (ElementOutcome const & element : i_outcome.elements)
+        formed += element.area * element.thickness;
+    double const blank = i_outcome.summary.blankArea * i_outcome.firstThickness;
+    double const percent = blank > 0.0 ? 100.0 * std::abs(formed - blank) / blank : 100.0;
+    return {"volume of the formed sheet against the blank", Fixed(percent, 3) + " %",
+            "at most " + Fixed(kVolumeTolerance, 1) + " %", percent <= kVolumeTolerance, false};
+}
+
+OutcomeCheck FlatCheck(Outcome const & i_outcome)
+{
+    double low = 0.0;
+    double high = 0.0;
+    for (std::size_t n = 0; n < i_outcome.nodes.size(); ++n)
+    {
+        double const z = i_outcome.nodes[n].flat[2];
+        low = n == 0 ? z : std::min(low, z);
+        high = n == 0 ? z : std::max(high, z);
+    }
+    double const depth = high - low;
+    return {"flatness of the blank", Fixed(depth, 5) + " mm", "at most " + Fixed(kFlatTolerance, 3) + " mm",
+            depth <= kFlatTolerance, false};
+}
+
+OutcomeCheck ZoneCheck(Outcome const & i_outcome, int i_code, char const * i_name)
+{
+    double const percent = 100.0 * i_outcome.summary.safetyShare[static_cast<std::size_t>(i_code + 1)];
+    return {i_name, Fixed(percent, 2) + " % of the elements", "0 %", percent == 0.0, true};
+}
+} // namespace
+
+std::vector<OutcomeCheck> CheckOutcome(Outcome const & i_outcome)
+{
+    int const undercut = i_outcome.summary.undercutElements;
+    return {VolumeCheck(i_outcome),
+            FlatCheck(i_outcome),
+            ZoneCheck(i_outcome, 0, "elements beyond the limit (failure)"),
+            ZoneCheck(i_outcome, -1, "elements with an impossible strain pair"),
+            {"undercut elements", std::to_string(undercut), "0", undercut == 0, true}};
+}
+
+} // namespace voz::workbench

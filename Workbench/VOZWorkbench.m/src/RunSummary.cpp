@@ -1,0 +1,204 @@
+// RunSummary.cpp: the figures of a run, for people and for scripts.
+
+#include "OutputFile.h"
+#include "Run.h"
+#include "Version.h"
+
+#include <nlohmann/json.hpp>
+
+#include <array>
+#include <cmath>
+#include <filesystem>
+
+namespace voz::workbench
+{
+
+namespace
+{
+struct ZoneName
+{
+    int code;
+    char const * key;
+    char const * text;
+};
+
+constexpr std::array<ZoneName, 6> kZones = {{{0, "failed", "failed"},
+                                             {1, "marginal", "marginal"},
+                                             {2, "safe", "safe"},
+                                             {3, "compression", "compressed"},
+                                             {4, "wrinkling", "wrinkling"},
+                                             {-1, "undefined", "undefined"}}};
+
+double Share(OutcomeSummary const & i_summary, int i_code)
+{
+    return i_summary.safetyShare[static_cast<std::size_t>(i_code + 1)];
+}
+
+double ByArea(OutcomeSummary const & i_summary, int i_code)
+{
+    return i_summary.safetyAreaShare[static_cast<std::size_t>(i_code + 1)];
+}
+
+// Figures of a mesh are good for about eight digits; the rest is the noise of single precision.
+double Rounded(double i_value)
+{
+    if (i_value == 0.0 || !std::isfinite(i_value))
+        return 0.0;
+    double const scale = std::pow(10.0, 7 - std::floor(std::log10(std::abs(i_value))));
+    return std::round(i_value * scale) / scale;
+}
+
+double WholeWidth(Outcome const & i_outcome)
+{
+    return i_outcome.summary.blankWidth * (i_outcome.symmetry.yzSymmetry() ? 2.0 : 1.0);
+}
+
+double WholeHeight(Outcome const & i_outcome)
+{
+    return i_outcome.summary.blankHeight * (i_outcome.symmetry.xzSymmetry() ? 2.0 : 1.0);
+}
+
+void Row(std::string & io_text, std::string i_name, std::string const & i_value)
+{
+    constexpr std::size_t kColumn = 22;
+    i_name.append(i_name.size() < kColumn ? kColumn - i_name.size() : 1, ' ');
+    io_text += i_name + i_value + "\n";
+}
+
+nlohmann::json JsonOf(OutcomeSummary const & i_summary, Outcome const & i_outcome)
+{
+    double const factor = i_summary.symmetryFactor;
+    return {{"width_mm", Rounded(WholeWidth(i_outcome))},
+            {"height_mm", Rounded(WholeHeight(i_outcome))},
+            {"area_mm2", Rounded(factor * i_summary.blankArea)},
+            {"mass_kg", Rounded(factor * i_summary.blankMass)},
+            {"model_width_mm", Rounded(i_summary.blankWidth)},
+            {"model_height_mm", Rounded(i_summary.blankHeight)},
+            {"model_area_mm2", Rounded(i_summary.blankArea)},
+            {"model_perimeter_mm", Rounded(i_summary.blankPerimeter)},
+            {"model_smallest_rectangle_mm",
+             {Rounded(i_summary.smallestRectangle[0]), Rounded(i_summary.smallestRectangle[1])}},
+            {"model_smallest_rectangle_angle_deg", Rounded(i_summary.smallestRectangle[2])}};
+}
+
+nlohmann::json StrainsOf(Outcome const & i_outcome)
+{
+    double greatestMajor = 0.0;
+    double leastMinor = 0.0;
+    for (ElementOutcome const & element : i_outcome.elements)
+    {
+        greatestMajor = std::max(greatestMajor, element.major);
+        leastMinor = std::min(leastMinor, element.minor);
+    }
+    return {{"greatest_major_percent", Rounded(greatestMajor)}, {"least_minor_percent", Rounded(leastMinor)}};
+}
+
+nlohmann::json ListsOf(Outcome const & i_outcome)
+{
+    nlohmann::json lists;
+    lists["checks"] = nlohmann::json::array();
+    for (OutcomeCheck const & check : i_outcome.checks)
+        lists["checks"].push_back({{"name", check.name},
+                                   {"value", check.value},
+                                   {"limit", check.limit},
+                                   {"passed", check.passed},
+                                   {"is_warning", check.isWarning}});
+    lists["warnings"] = i_outcome.warnings;
+    lists["inputs"] = nlohmann::json::array();
+    for (OutcomeInput const & input : i_outcome.inputs)
+        lists["inputs"].push_back({{"path", input.path}, {"sha256", input.sha256}});
+    lists["stages"] = nlohmann::json::array();
+    for (OutcomeStage const & stage : i_outcome.stages)
+        lists["stages"].push_back({{"name", stage.name}, {"seconds", stage.seconds}});
+    return lists;
+}
+
+std::string Verdict(OutcomeSummary const & i_summary)
+{
+    if (Share(i_summary, 0) > 0.0)
+        return "fails";
+    return Share(i_summary, 1) > 0.0 ? "marginal" : "safe";
+}
+} // namespace
+
+std::string SummaryText(RunRecord const & i_record)
+{
+    Outcome const & outcome = i_record.outcome;
+    OutcomeSummary const & summary = outcome.summary;
+    double const factor = summary.symmetryFactor;
+    auto const elementId = [&](int i_element)
+    { return std::to_string(i_record.elementIds[static_cast<std::size_t>(i_element)]); };
+
+    std::string text = outcome.title + "\n";
+    if (summary.symmetryFactor > 1)
+        Row(text, "Model", "1/" + std::to_string(summary.symmetryFactor) + " of the part; figures of the whole part");
+    Row(text, "Material", outcome.materialName + ", " + Shortest(outcome.firstThickness) + " mm");
+    Row(text, "Blank size", Fixed(WholeWidth(outcome), 2) + " x " + Fixed(WholeHeight(outcome), 2) + " mm");
+    Row(text, "Blank area", Fixed(factor * summary.blankArea, 1) + " mm2");
+    Row(text, "Blank mass", Fixed(factor * summary.blankMass, 4) + " kg");
+    Row(text, "Thickness",
+        Fixed(summary.leastThickness, 4) + " mm (element " + elementId(summary.leastThicknessElement) + ") to " +
+            Fixed(summary.greatestThickness, 4) + " mm (element " + elementId(summary.greatestThicknessElement) + ")");
+    std::string zones;
+    for (ZoneName const & zone : kZones)
+        if (zone.code != -1 || Share(summary, -1) > 0.0)
+            zones += (zones.empty() ? "" : ", ") + Fixed(100.0 * Share(summary, zone.code), 1) + " % " + zone.text;
+    Row(text, "Elements", zones);
+    Row(text, "Forming", Verdict(summary));
+    Row(text, "Punch force", Fixed(factor * summary.punchForce / 1000.0, 2) + " kN");
+    Row(text, "Undercuts",
+        summary.undercutElements == 0 ? "none"
+                                      : std::to_string(summary.undercutElements) + " elements, up to " +
+                                            Fixed(summary.undercutAngle, 1) + " deg");
+    for (OutcomeCheck const & check : outcome.checks)
+        if (!check.passed)
+            Row(text, check.isWarning ? "Look at" : "Check failed",
+                check.name + ": " + check.value + " (" + check.limit + ")");
+    Row(text, "Folder", i_record.folder);
+    for (RunFile const & file : i_record.files)
+        Row(text, "  " + file.what, file.path);
+    return text;
+}
+
+nlohmann::json SummaryJson(RunRecord const & i_record)
+{
+    Outcome const & outcome = i_record.outcome;
+    OutcomeSummary const & summary = outcome.summary;
+    nlohmann::json json = {
+        {"schema", 1},
+        {"status", "done"},
+        {"title", outcome.title},
+        {"route", outcome.route},
+        {"version", outcome.version},
+        {"material", outcome.materialName},
+        {"thickness_mm", outcome.firstThickness},
+        {"fld0_percent", Rounded(outcome.limit.fldZero())},
+        {"symmetry_factor", summary.symmetryFactor},
+        {"nodes", outcome.nodes.size()},
+        {"elements", outcome.elements.size()},
+        {"verdict", Verdict(summary)},
+        {"punch_force_N", Rounded(summary.symmetryFactor * summary.punchForce)},
+        {"model_punch_force_N", Rounded(summary.punchForce)},
+        {"draw_depth_mm", Rounded(summary.drawDepth)},
+    };
+    json["blank"] = JsonOf(summary, outcome);
+    json["sheet"] = {
+        {"least_mm", Rounded(summary.leastThickness)},
+        {"least_element", i_record.elementIds[static_cast<std::size_t>(summary.leastThicknessElement)]},
+        {"greatest_mm", Rounded(summary.greatestThickness)},
+        {"greatest_element", i_record.elementIds[static_cast<std::size_t>(summary.greatestThicknessElement)]}};
+    json["strains"] = StrainsOf(outcome);
+    for (ZoneName const & zone : kZones)
+    {
+        json["share_of_elements"][zone.key] = Rounded(Share(summary, zone.code));
+        json["share_of_area"][zone.key] = Rounded(ByArea(summary, zone.code));
+    }
+    json["undercut"] = {{"elements", summary.undercutElements}, {"angle_deg", Rounded(summary.undercutAngle)}};
+    json.update(ListsOf(outcome));
+    json["files"] = nlohmann::json::object();
+    for (RunFile const & file : i_record.files)
+        json["files"][file.what] = std::filesystem::path(file.path).filename().string();
+    return json;
+}
+
+} // namespace voz::workbench

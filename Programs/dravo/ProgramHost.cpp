@@ -13,7 +13,7 @@
 
 namespace
 {
-// "share/VOZDravo" of an installed package, "InstallRoot" of a source tree with its build within.
+// "share/vozdravo" of an installed package, "InstallRoot" of a source tree with its build within.
 std::optional<std::string> RootBesideProgram()
 {
     std::array<unsigned short, 4096> buffer{};
@@ -22,7 +22,7 @@ std::optional<std::string> RootBesideProgram()
     for (int level = 0; level < 5 && folder.has_parent_path(); ++level)
     {
         folder = folder.parent_path();
-        for (char const * const name : {"share/VOZDravo", "InstallRoot"})
+        for (char const * const name : {"share/vozdravo", "InstallRoot"})
             if (std::error_code error; std::filesystem::exists(folder / name / "config.cfg", error))
                 return (folder / name).string();
     }

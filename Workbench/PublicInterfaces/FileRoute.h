@@ -66,8 +66,8 @@ std::string FindSolverProgram(std::string const & i_given);
 void CheckFileRoute(Job const & i_job);
 void CheckRoutePath(std::string const & i_folder, std::string const & i_solver);
 
-// Throws InputError, OutputError, SolverError, Interrupted. Leaves checks, parameters, inputs and command to the
-// caller.
+// Throws InputError, OutputError, SolverError, Interrupted. Leaves the checks of the result, parameters, inputs and
+// command to the caller.
 Outcome RunFileRoute(Job const & i_job, JobModel const & i_model, FileRouteOptions const & i_options,
                      RunObserver & io_observer);
 

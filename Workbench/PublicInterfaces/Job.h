@@ -126,7 +126,7 @@ struct Job
 {
     std::string path;   // of the job file
     std::string folder; // where its relative paths begin
-    std::string name;   // of the file, without its extension
+    std::string name;   // of the file without its extension; of its folder for a file "job.toml"
     std::string title;
 
     std::string mesh; // path that can be opened

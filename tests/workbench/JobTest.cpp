@@ -60,8 +60,9 @@ std::string Replaced(std::string i_text, std::string const & i_part, std::string
 TEST_F(JobTest, ReadsASoundJobWithItsDefaults)
 {
     Job const job = Parsed(Sound());
-    EXPECT_EQ(job.name, "job");
-    EXPECT_EQ(job.title, "job");
+    EXPECT_EQ(job.name, "JobTest.ReadsASoundJobWithItsDefaults") << "a job.toml goes by its folder";
+    EXPECT_EQ(job.title, job.name);
+    EXPECT_EQ(ParseJob(Sound(), Folder() + "/cup.toml").name, "cup");
     EXPECT_EQ(job.mesh, Folder() + "/part.bdf");
     EXPECT_EQ(job.thickness, 0.78);
     ASSERT_EQ(job.materials.size(), 1U);

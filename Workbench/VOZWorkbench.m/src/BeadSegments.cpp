@@ -186,6 +186,14 @@ EdgeProperty SegmentIn(Facet const & i_facet, Point2 const & i_begin, Point2 con
     segment.edgeValues[3] = second[1];
     return segment;
 }
+// The two halves of a quadrilateral make one piece of a leg.
+void Append(EdgeProperty const & i_segment, bool i_isSameLeg, std::vector<EdgeProperty> & io_segments)
+{
+    if (!i_isSameLeg || io_segments.empty() || io_segments.back().element != i_segment.element)
+        return io_segments.push_back(i_segment);
+    io_segments.back().edgeValues[2] = i_segment.edgeValues[2];
+    io_segments.back().edgeValues[3] = i_segment.edgeValues[3];
+}
 } // namespace
 
 BeadSegments FindBeadSegments(VOZCatMesh const & i_mesh, VOZCatAxis const & i_frame, std::vector<Point3> const & i_line)
@@ -228,7 +236,7 @@ BeadSegments FindBeadSegments(VOZCatMesh const & i_mesh, VOZCatAxis const & i_fr
                     end = other.begin;
             Point2 const from = {p[0], p[1]};
             Point2 const to = {q[0], q[1]};
-            found.segments.push_back(SegmentIn(*best->facet, At(from, to, place), At(from, to, end)));
+            Append(SegmentIn(*best->facet, At(from, to, place), At(from, to, end)), place > 0.0, found.segments);
             found.covered += (end - place) * length;
             place = end;
         }

@@ -6,6 +6,7 @@
 #include "CATUnicodeString.h"
 #include "FileRouteParts.h"
 #include "OutputFile.h"
+#include "Quantity.h"
 #include "Solver.h"
 #include "TextFile.h"
 #include "VOZConsole.h"
@@ -14,6 +15,7 @@
 
 #include <array>
 #include <filesystem>
+#include <sstream>
 
 namespace voz::workbench
 {
@@ -26,6 +28,8 @@ constexpr char const * kSpringbackMark = ".spo"; // anywhere in a path, it selec
 constexpr char const * kDeck = "deck.fpi";
 constexpr char const * kOutput = "deck.fpo";
 constexpr char const * kConfiguration = "config.cfg";
+constexpr char const * kSolveLog = "deck.log"; // the solver program's own: its iterations
+constexpr char const * kSolveSummary = "deck.sum";
 constexpr char const * kRawLog = "solver.raw";
 constexpr char const * kLog = "solver.log";
 constexpr char const * kDeckEnd = "0 0 0 1 \n************************\n"; // the last row and separator of every deck
@@ -124,6 +128,55 @@ void StartSolver(Solver & io_solver, FileRouteOptions const & i_options, std::st
     std::filesystem::remove(In(i_options.folder, kRawLog), ignored);
     if (status != 0)
         throw SolverError("the solver program " + i_options.solver + " could not be started");
+}
+
+std::string TextIfThere(std::string const & i_path)
+{
+    std::error_code error;
+    return std::filesystem::is_regular_file(i_path, error) ? ReadTextFile(i_path, std::size_t{1} << 30) : std::string();
+}
+
+// The solver's iterations, without the times, which differ from run to run.
+std::string SolverTable(std::string const & i_folder)
+{
+    std::string const table = TextIfThere(In(i_folder, kSolveLog));
+    if (table.empty())
+        return TextIfThere(In(i_folder, kLog));
+    std::istringstream lines(table);
+    std::string kept;
+    for (std::string line; std::getline(lines, line);)
+        if (!line.starts_with("time:"))
+            kept += line + "\n";
+    return kept;
+}
+
+// What the solver program says of its own solve: lines of a name and a value.
+std::vector<OutcomeCheck> SolverChecks(std::string const & i_folder)
+{
+    struct Limit
+    {
+        char const * name;
+        char const * text;
+        double most;
+    };
+    // clang-format off
+    constexpr std::array<Limit, 3> kLimits = {{{"residual", "equilibrium residual", 1e-8},
+                                               {"holding share", "share of forces that do not balance", 0.05},
+                                               {"necking points", "points thinner than necking allows", 0.0}}};
+    // clang-format on
+    std::vector<OutcomeCheck> checks;
+    std::istringstream lines(TextIfThere(In(i_folder, kSolveSummary)));
+    for (std::string line; std::getline(lines, line);)
+        for (Limit const & limit : kLimits)
+        {
+            if (!line.starts_with(limit.name))
+                continue;
+            std::optional<double> const value = ParseNumber(line.substr(std::string(limit.name).size()));
+            if (value)
+                checks.push_back(
+                    {limit.text, Shortest(*value), "at most " + Shortest(limit.most), *value <= limit.most, true});
+        }
+    return checks;
 }
 
 void RequireOutput(FileRouteOptions const & i_options)
@@ -236,7 +289,8 @@ Outcome RunFileRoute(Job const & i_job, JobModel const & i_model, FileRouteOptio
     FillUnsetSlots(mesh, i_job.materials.front().anisotropy, result);
     Outcome outcome;
     ConvertFileResult(i_job, i_model, tipping, result, outcome);
-    outcome.log = ReadTextFile(In(i_options.folder, kLog), std::size_t{1} << 30);
+    outcome.log = SolverTable(i_options.folder);
+    outcome.checks = SolverChecks(i_options.folder);
     outcome.warnings = process.warnings;
     return outcome;
 }

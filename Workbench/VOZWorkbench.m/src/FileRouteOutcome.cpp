@@ -81,27 +81,46 @@ public:
         std::string_view rest = mLines.line;
         for (int column = 0; column <= i_columns; ++column)
         {
-            std::size_t const begin = rest.find_first_not_of(" \t\r");
-            if (begin == std::string_view::npos)
+            std::string_view const token = NextToken(rest);
+            if (token.empty())
                 Fail("has " + std::to_string(column) + " columns, expected " + std::to_string(i_columns + 1));
-            rest.remove_prefix(begin);
-            std::size_t const end = rest.find_first_of(" \t\r");
-            std::string_view const token = rest.substr(0, end);
-            std::optional<double> const value = ParseNumber(token);
-            if (!value || !std::isfinite(*value))
-                Fail("column " + std::to_string(column + 1) + ": \"" + std::string(token) + "\" is no finite number");
-            rest.remove_prefix(std::min(rest.size(), token.size()));
+            CheckNumber(token, column);
         }
     }
 
-    void NextRow(int i_columns, char const * i_what)
+    // A row whose third token counts, whatever stands ahead of it.
+    void ThirdToken(char const * i_what)
     {
         if (!mLines.Next() || mLines.IsSeparator())
             Fail(std::string("has no ") + i_what);
-        CheckRow(i_columns);
+        std::string_view rest = mLines.line;
+        for (int column = 0;; ++column)
+        {
+            std::string_view const token = NextToken(rest);
+            if (token.empty())
+                Fail(std::string("has no third column for the ") + i_what);
+            if (column == 2)
+                return CheckNumber(token, column);
+        }
     }
 
 private:
+    static std::string_view NextToken(std::string_view & io_rest)
+    {
+        constexpr std::string_view kBlanks = " \t\r";
+        io_rest.remove_prefix(std::min(io_rest.size(), io_rest.find_first_not_of(kBlanks)));
+        std::string_view const token = io_rest.substr(0, io_rest.find_first_of(kBlanks));
+        io_rest.remove_prefix(token.size());
+        return token;
+    }
+
+    void CheckNumber(std::string_view i_token, int i_column) const
+    {
+        std::optional<double> const value = ParseNumber(i_token);
+        if (!value || !std::isfinite(*value))
+            Fail("column " + std::to_string(i_column + 1) + ": \"" + std::string(i_token) + "\" is no finite number");
+    }
+
     [[noreturn]] void Fail(std::string const & i_message) const
     {
         throw SolverError("the solver's result cannot be used: " + mPath + ":" + std::to_string(mLines.number) + ": " +
@@ -133,7 +152,7 @@ void CheckSolverText(std::string const & i_path, VOZCatMesh const & i_mesh)
     text.Separator("nodes");
     text.Rows(rows, 6, "elements");
     text.SkipSeparators(2, "the punch force");
-    text.NextRow(2, "punch force");
+    text.ThirdToken("punch force");
 }
 
 double EquivalentStrainPercent(double i_major, double i_minor, double i_anisotropy)
@@ -161,6 +180,20 @@ void FillUnsetSlots(VOZCatMesh const & i_mesh, double i_anisotropy, Result & io_
 
 namespace
 {
+// The deck's six decimals of an inch leave strains of about a thousandth of a percent in a sheet that has none, and
+// their signs would scatter over all zones. Far below any yielding, a pair counts as (0, 0): plane strain, safe.
+bool IsUnstrained(double i_major, double i_minor)
+{
+    constexpr double kNoise = 0.01; // percent
+    return std::abs(i_major) < kNoise && std::abs(i_minor) < kNoise;
+}
+
+void SetUnstrained(int & o_safety, int & o_forming)
+{
+    o_safety = 2;
+    o_forming = 1;
+}
+
 ElementOutcome ConvertElement(Result const & i_result, int e, bool i_isTriangle, FormingLimit const & i_limit,
                               double i_firstThickness)
 {
@@ -177,6 +210,8 @@ ElementOutcome ConvertElement(Result const & i_result, int e, bool i_isTriangle,
     element.stress = kMegapascalPerPascal * static_cast<double>(i_result.stress(e));
     element.safety = i_result.safety(e);
     element.forming = i_result.forming(e);
+    if (IsUnstrained(element.major, element.minor))
+        SetUnstrained(element.safety, element.forming);
     return element;
 }
 
@@ -199,6 +234,8 @@ NodeOutcome ConvertNode(Result const & i_result, int n, VOZCatMesh const & i_mes
     node.minor = i_result.nstrain(n, 1);
     node.safety = i_result.nsafety(n);
     node.forming = i_result.nforming(n);
+    if (IsUnstrained(node.major, node.minor))
+        SetUnstrained(node.safety, node.forming);
     return node;
 }
 } // namespace

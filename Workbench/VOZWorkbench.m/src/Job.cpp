@@ -15,13 +15,15 @@ namespace voz::workbench
 
 namespace
 {
+namespace fs = std::filesystem;
+
 void ReadMeshTable(JobTable & io_root, Job & io_job)
 {
     JobTable table = io_root.Table("mesh");
     std::string const file = table.NeededText("file");
     io_job.mesh = file == "-" ? file : FromFolder(io_job.folder, file);
     io_job.meshLine = table.LineOf("file");
-    if (std::error_code error; io_job.mesh != "-" && !std::filesystem::exists(io_job.mesh, error))
+    if (std::error_code error; io_job.mesh != "-" && !fs::exists(io_job.mesh, error))
         table.Refuse("file", "there is no file \"" + io_job.mesh + "\"");
     if (table.Has("length_unit"))
     {
@@ -328,14 +330,23 @@ void ReadTables(JobTable & io_root, Job & io_job)
     ReadSolver(io_root, io_job);
     ReadOutputs(io_root, io_job);
 }
+// "cup.toml" is "cup"; "cup/job.toml" is "cup" as well.
+std::string NameFor(fs::path const & i_path)
+{
+    std::string const stem = i_path.stem().string();
+    std::error_code error;
+    std::string const folder = fs::absolute(i_path, error).parent_path().filename().string();
+    bool const isPlain = stem == "job" || stem == "job.lock";
+    return i_path == "-" ? "job" : isPlain && !folder.empty() ? folder : stem;
+}
 } // namespace
 
 std::string FromFolder(std::string const & i_folder, std::string const & i_path)
 {
-    std::filesystem::path const path(i_path);
+    fs::path const path(i_path);
     if (i_path.empty() || path.is_absolute() || i_folder.empty())
         return i_path;
-    return (std::filesystem::path(i_folder) / path).string();
+    return (fs::path(i_folder) / path).string();
 }
 
 Job ParseJob(std::string_view i_text, std::string const & i_path)
@@ -353,9 +364,9 @@ Job ParseJob(std::string_view i_text, std::string const & i_path)
     }
     Job job;
     job.path = i_path;
-    std::filesystem::path const path(i_path);
+    fs::path const path(i_path);
     job.folder = i_path == "-" ? "" : path.parent_path().string();
-    job.name = i_path == "-" ? "job" : path.stem().string();
+    job.name = NameFor(path);
     JobTable root(context, &document, "");
     ReadTables(root, job);
     std::size_t const shown = context.parameters.size();

@@ -75,10 +75,15 @@ void CheckFit(Job const & i_job, JobModel & io_model)
         RefuseIfFound(i_job, io_model.report, kind);
     if (io_model.report.loops.empty())
         RefuseMesh(i_job, "the mesh is closed: a formed sheet has an edge");
-    for (FindingKind const kind : {FindingKind::ZeroArea, FindingKind::LoneNode, FindingKind::Sliver,
-                                   FindingKind::Aspect, FindingKind::Warp, FindingKind::Concave})
-        if (long const count = io_model.report.Count(kind); count > 0)
-            io_model.warnings.push_back("mesh: " + std::to_string(count) + " x " + NameOf(kind).text);
+    auto const tell = [&io_model](FindingKind i_kind, std::vector<std::string> & io_list)
+    {
+        if (long const count = io_model.report.Count(i_kind); count > 0)
+            io_list.push_back("mesh: " + std::to_string(count) + " x " + NameOf(i_kind).text);
+    };
+    for (FindingKind const kind : {FindingKind::ZeroArea, FindingKind::LoneNode})
+        tell(kind, io_model.warnings);
+    for (FindingKind const kind : {FindingKind::Sliver, FindingKind::Aspect, FindingKind::Warp, FindingKind::Concave})
+        tell(kind, io_model.remarks);
 }
 
 // Usual: 0.5 to 20 times the thickness; a bounding box of 1 to 10 000 mm.

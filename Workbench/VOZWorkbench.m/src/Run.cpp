@@ -192,7 +192,8 @@ void RunInFolder(Job const & i_job, RunOptions const & i_options, std::string co
     outcome.inputs = inputs;
     outcome.command = i_options.command;
     outcome.version = kVersion;
-    outcome.checks = CheckOutcome(outcome);
+    for (OutcomeCheck & check : CheckOutcome(outcome))
+        outcome.checks.push_back(std::move(check));
 
     clock.Enter("output");
     clock.Finish();

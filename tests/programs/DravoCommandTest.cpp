@@ -1,0 +1,372 @@
+// DravoCommandTest.cpp. The command from outside: what it prints where, and each exit code.
+
+#include "CommandFixture.h"
+
+#include <nlohmann/json.hpp>
+
+#include <set>
+
+using nlohmann::json;
+
+namespace
+{
+class DravoCommand : public CommandFixture
+{
+protected:
+    // Standard error of a pipe holds no escape sequences.
+    static bool IsPlain(std::string const & i_text) { return i_text.find('\x1b') == std::string::npos; }
+};
+} // namespace
+
+// --- 0: done
+// -----------------------------------------------------------------------------------------------------------
+
+TEST_F(DravoCommand, RunFormsAPartIntoANumberedFolder)
+{
+    MakeJob();
+    Ran const first = Dravo("run bump.toml --out results");
+    ASSERT_EQ(first.code, 0) << first.err;
+    for (char const * const name : {"report.html", "blank.dxf", "blank.svg", "part.vtu", "summary.json",
+                                    "job.lock.toml", "solver/deck.fpi", "solver/deck.fpo", "solver/config.cfg"})
+        EXPECT_TRUE(std::filesystem::exists(Path("results/bump-001/") + name)) << name;
+    for (char const * const row :
+         {"Blank size", "Blank area", "Blank mass", "Thickness", "Elements", "Punch force", "Undercuts", "report.html"})
+        EXPECT_TRUE(first.Shows(row)) << row << "\n" << first.out;
+    EXPECT_EQ(first.err, "dravo: mesh\ndravo: stamping frame\ndravo: deck\ndravo: solver\ndravo: results\n"
+                         "dravo: output\n")
+        << "one plain line per stage in a pipe";
+    EXPECT_EQ(Dravo("run bump.toml --out results").code, 0);
+    EXPECT_TRUE(std::filesystem::exists(Path("results/bump-002/summary.json"))) << "never overwritten";
+}
+
+TEST_F(DravoCommand, RunAsJsonIsOneDocumentWithUnitsInItsKeys)
+{
+    MakeJob("[output]\nreport = false\nvtu = false\ndxf = false\nsvg = false\n");
+    Ran const ran = Dravo("run bump.toml --json --quiet");
+    ASSERT_EQ(ran.code, 0) << ran.err;
+    EXPECT_EQ(ran.err, "");
+    json const document = json::parse(ran.out);
+    EXPECT_EQ(document["schema"], 1);
+    EXPECT_EQ(document["status"], "done");
+    EXPECT_EQ(document["thickness_mm"], 0.8);
+    EXPECT_EQ(document["elements"], 36);
+    EXPECT_NEAR(document["blank"]["width_mm"].get<double>(), 24.3, 0.3);
+    EXPECT_GT(document["blank"]["area_mm2"].get<double>(), 576.0);
+    EXPECT_NEAR(document["blank"]["mass_kg"].get<double>(), document["blank"]["area_mm2"].get<double>() * 0.8 * 7.85e-6,
+                1e-8);
+    EXPECT_GT(document["punch_force_N"].get<double>(), 0.0);
+    double shares = 0.0;
+    for (auto const & share : document["share_of_elements"])
+        shares += share.get<double>();
+    EXPECT_NEAR(shares, 1.0, 1e-6);
+    EXPECT_EQ(document["undercut"]["elements"], 0);
+    EXPECT_EQ(document["inputs"][1]["sha256"].get<std::string>().size(), 64U);
+    EXPECT_EQ(document["folder"], Path("out/bump-001"));
+    EXPECT_FALSE(std::filesystem::exists(Path("out/bump-001/report.html"))) << "not asked for";
+}
+
+TEST_F(DravoCommand, TheSameInputGivesTheSameBytesWhateverTheThreads)
+{
+    MakeJob();
+    ASSERT_EQ(Dravo("run bump.toml --out a --threads 1").code, 0);
+    ASSERT_EQ(Dravo("run bump.toml --out b --threads 2").code, 0);
+    for (char const * const name : {"summary.json", "blank.dxf", "part.vtu", "report.html", "solver/deck.fpo"})
+        EXPECT_EQ(ReadBack(Path("a/bump-001/") + name), ReadBack(Path("b/bump-001/") + name)) << name;
+}
+
+TEST_F(DravoCommand, TheLockedJobRunsToTheSameBlank)
+{
+    MakeJob();
+    ASSERT_EQ(Dravo("run bump.toml --out a").code, 0);
+    ASSERT_EQ(Dravo("run a/bump-001/job.lock.toml --out b").code, 0);
+    EXPECT_EQ(ReadBack(Path("a/bump-001/solver/deck.fpo")), ReadBack(Path("b/bump-001-001/solver/deck.fpo")));
+    Write("bump.bdf", Bump() + "$ changed\n");
+    EXPECT_TRUE(Dravo("run a/bump-001/job.lock.toml --out b").Says("is not what it was when the job was locked"));
+}
+
+TEST_F(DravoCommand, CheckSolvesNothing)
+{
+    MakeJob();
+    Ran const ran = Dravo("check bump.toml");
+    EXPECT_EQ(ran.code, 0) << ran.err;
+    EXPECT_TRUE(ran.Shows("can be run: 49 nodes, 36 elements"));
+    EXPECT_FALSE(std::filesystem::exists(Path("out")));
+    EXPECT_EQ(json::parse(Dravo("check bump.toml --json").out)["nodes"], 49);
+}
+
+TEST_F(DravoCommand, ExplainShowsEveryValueWithItsUnit)
+{
+    MakeJob();
+    Ran const ran = Dravo("explain bump.toml");
+    EXPECT_EQ(ran.code, 0);
+    EXPECT_TRUE(ran.Shows("0.8 mm\n")) << ran.out;
+    EXPECT_TRUE(ran.Shows("(default)"));
+    json const document = json::parse(Dravo("explain bump.toml --json").out);
+    std::set<std::string> keys;
+    for (auto const & value : document["values"])
+        keys.insert(value["key"].get<std::string>());
+    EXPECT_TRUE(keys.count("blank_holder.force_per_length") == 1);
+    EXPECT_TRUE(keys.count("limits.fld0") == 1);
+}
+
+TEST_F(DravoCommand, InspectShowsFrameAndUndercuts)
+{
+    MakeJob();
+    Ran const ran = Dravo("inspect bump.bdf --tip");
+    EXPECT_EQ(ran.code, 0) << ran.err;
+    EXPECT_TRUE(ran.Shows("Stamping frame")) << ran.out;
+    EXPECT_TRUE(ran.Shows("Undercuts: 0"));
+    json const document = json::parse(Dravo("inspect bump.bdf --tip --die-line 0 0 -1 --json").out);
+    EXPECT_EQ(document["stamping_frame"]["axes"][2][2], 1.0) << "the part tells the sense";
+}
+
+TEST_F(DravoCommand, InspectMendsAndConvertWritesOtherFormats)
+{
+    MakeJob();
+    std::string const sixth = "CQUAD4,8,1,9,10,17,16\n";
+    std::string text = Bump();
+    ASSERT_NE(text.find(sixth), std::string::npos);
+    Write("bad.bdf", text.replace(text.find(sixth), sixth.size(), "CQUAD4,8,1,16,17,10,9\n"));
+    EXPECT_EQ(Dravo("inspect bad.bdf").code, 1) << "flipped: a check failed";
+    EXPECT_EQ(Dravo("inspect bad.bdf --repair good.bdf").code, 0);
+    EXPECT_EQ(Dravo("inspect good.bdf").code, 0);
+    EXPECT_EQ(Dravo("convert good.bdf good.stl").code, 0);
+    EXPECT_EQ(Dravo("inspect good.stl").code, 0);
+    EXPECT_EQ(Dravo("convert good.bdf good.stl").code, 5) << "not replaced";
+    EXPECT_EQ(Dravo("convert good.bdf good.stl --force").code, 0);
+}
+
+TEST_F(DravoCommand, MaterialsListsAndShows)
+{
+    Ran const list = Dravo("materials");
+    EXPECT_EQ(list.code, 0) << list.err;
+    EXPECT_TRUE(list.Shows("mild-steel-numisheet93"));
+    Ran const one = Dravo("materials mild-140-270");
+    EXPECT_TRUE(one.Shows("541.000 MPa")) << one.out;
+    EXPECT_TRUE(one.Shows("source"));
+    EXPECT_GE(json::parse(Dravo("materials --json").out)["materials"].size(), 8U);
+    Ran const none = Dravo("materials mild-140-271");
+    EXPECT_EQ(none.code, 3);
+    EXPECT_TRUE(none.Says("the nearest is \"mild-140-270\"")) << none.err;
+}
+
+TEST_F(DravoCommand, InitWritesAJobThatNeedsItsMeshAlone)
+{
+    EXPECT_EQ(Dravo("init").code, 0);
+    EXPECT_EQ(Dravo("check job.toml").code, 3) << "there is no part.bdf";
+    Write("part.bdf", Bump());
+    EXPECT_EQ(Dravo("check job.toml").code, 0) << Dravo("check job.toml").err;
+    EXPECT_EQ(Dravo("init").code, 5) << "not replaced";
+    EXPECT_TRUE(Dravo("init -").Shows("[material]"));
+}
+
+TEST_F(DravoCommand, HelpOfEachVerbHasAnExample)
+{
+    EXPECT_TRUE(Dravo("--help").Shows("Exit codes"));
+    for (std::string const verb : {"run", "check", "explain", "inspect", "convert", "materials", "init"})
+    {
+        Ran const ran = Dravo(verb + " --help");
+        EXPECT_EQ(ran.code, 0) << verb;
+        EXPECT_TRUE(ran.Shows("Example: dravo " + verb)) << verb;
+        EXPECT_TRUE(Dravo("--help").Shows("  " + verb)) << verb;
+    }
+}
+
+TEST_F(DravoCommand, VersionTellsWhatItIsBuiltOf)
+{
+    EXPECT_EQ(Dravo("--version").out.substr(0, 6), "dravo ");
+    json const document = json::parse(Dravo("--version --json").out);
+    EXPECT_TRUE(document["libraries"].contains("tomlplusplus"));
+    EXPECT_TRUE(document.contains("commit"));
+    EXPECT_TRUE(document.contains("compiler"));
+}
+
+TEST_F(DravoCommand, AJobCanComeFromStandardInput)
+{
+    MakeJob();
+    EXPECT_EQ(Dravo("check -").code, 3) << "an empty one";
+    EXPECT_EQ(Dravo("check -", "cat bump.toml |").code, 0);
+}
+
+// --- 1: a check failed
+// ---------------------------------------------------------------------------------------------------
+
+TEST_F(DravoCommand, StrictMakesAWarningCount)
+{
+    MakeJob("[friction]\ncoefficient = 0.4\n");
+    Ran const ran = Dravo("run bump.toml");
+    EXPECT_EQ(ran.code, 0);
+    EXPECT_TRUE(ran.Says("warning: friction coefficient 0.4 is outside the usual 0 to 0.3")) << ran.err;
+    EXPECT_EQ(Dravo("run bump.toml --strict").code, 1);
+    EXPECT_EQ(Dravo("check bump.toml --strict").code, 1);
+}
+
+// --- 2: wrong use
+// --------------------------------------------------------------------------------------------------------
+
+TEST_F(DravoCommand, WrongUseIsTwo)
+{
+    for (char const * const arguments :
+         {"", "frobnicate", "run", "run --no-such-option x", "run x --route tube", "run x --threads 0",
+          "run x --quiet --verbose", "inspect x --die-line 0 1", "inspect x --symmetry zx", "convert only_one"})
+    {
+        Ran const ran = Dravo(arguments);
+        EXPECT_EQ(ran.code, 2) << arguments;
+        EXPECT_EQ(ran.out, "") << arguments;
+        EXPECT_NE(ran.err, "") << arguments;
+    }
+}
+
+// --- 3: input refused
+// ----------------------------------------------------------------------------------------------------
+
+TEST_F(DravoCommand, BadJobsAreThreeWithTheirLine)
+{
+    MakeJob("[frictoin]\n");
+    Ran const ran = Dravo("run bump.toml");
+    EXPECT_EQ(ran.code, 3);
+    EXPECT_TRUE(ran.Says("bump.toml:9: unknown key \"frictoin\"; the nearest valid key is \"friction\"")) << ran.err;
+    EXPECT_EQ(Dravo("run none.toml").code, 3);
+    EXPECT_EQ(Dravo("run .").code, 3) << "a folder";
+    EXPECT_FALSE(std::filesystem::exists(Path("out"))) << "nothing was made";
+}
+
+TEST_F(DravoCommand, BadMeshesAreThree)
+{
+    std::string const good = (MakeJob(), Bump());
+    struct Case
+    {
+        char const * name;
+        std::string text;
+    };
+    std::string nan = good;
+    nan.replace(nan.find(",4.,0.,0."), 9, ",nan,0.,0.");
+    std::string infinite = good;
+    infinite.replace(infinite.find(",4.,0.,0."), 9, ",1e999,0.,0.");
+    std::string outside = good;
+    outside.replace(outside.find("CQUAD4,1,1,1,2,9,8"), 18, "CQUAD4,1,1,1,2,999,8");
+    for (Case const & bad :
+         {Case{"empty", ""}, Case{"NaN", nan}, Case{"infinite", infinite}, Case{"a node that is not there", outside},
+          Case{"truncated", good.substr(0, good.find("CQUAD4,9") + 14)}, Case{"no mesh", "hello\n"}})
+    {
+        Write("bump.bdf", bad.text);
+        Ran const ran = Dravo("run bump.toml");
+        EXPECT_EQ(ran.code, 3) << bad.name << ": " << ran.err;
+        EXPECT_TRUE(ran.Says("bump.bdf")) << bad.name << ": " << ran.err;
+    }
+    std::filesystem::remove(Path("bump.bdf"));
+    std::filesystem::create_directory(Path("bump.bdf"));
+    EXPECT_EQ(Dravo("run bump.toml").code, 3) << "a folder";
+}
+
+TEST_F(DravoCommand, FoldersThatMarkSpringbackAreRefused)
+{
+    MakeJob();
+    Ran const ran = Dravo("run bump.toml --out a.spot");
+    EXPECT_EQ(ran.code, 3);
+    EXPECT_TRUE(ran.Says(".spo")) << ran.err;
+    EXPECT_FALSE(std::filesystem::exists(Path("a.spot")));
+}
+
+TEST_F(DravoCommand, TooLongAFolderIsRefusedBeforeAnythingIsMade)
+{
+    MakeJob();
+    Ran const ran = Dravo("run bump.toml --out " + std::string(240, 'x'));
+    EXPECT_EQ(ran.code, 3) << ran.err;
+    EXPECT_TRUE(ran.Says("characters too long"));
+}
+
+TEST_F(DravoCommand, ASolverProgramThatIsNotThereIsRefused)
+{
+    MakeJob();
+    EXPECT_EQ(Dravo("run bump.toml --solver nothing").code, 3);
+}
+
+// --- 4: no result
+// --------------------------------------------------------------------------------------------------------
+
+TEST_F(DravoCommand, AChildThatCrashesOrLeavesNothingIsFour)
+{
+    MakeJob();
+    for (char const * const lines : {"kill -SEGV $$", "exit 0", "echo out of luck >&2; exit 4",
+                                     "echo '* cut off' >\"${2%.fpi}.fpo\"", ": >\"${2%.fpi}.fpo\""})
+    {
+        Ran const ran = Dravo("run bump.toml --solver '" + Script(lines) + "'");
+        EXPECT_EQ(ran.code, 4) << lines << ": " << ran.err;
+        EXPECT_EQ(ran.out, "") << lines;
+        EXPECT_TRUE(ran.Says("error: the solver")) << lines << ": " << ran.err;
+    }
+    EXPECT_EQ(json::parse(ReadBack(Path("out/bump-001/summary.json")))["status"], "failed");
+}
+
+TEST_F(DravoCommand, TheSolversLastWordsAreTold)
+{
+    MakeJob();
+    Ran const ran = Dravo("run bump.toml --solver '" + Script("echo out of luck at node 9 >&2; exit 4") + "'");
+    EXPECT_TRUE(ran.Says("out of luck at node 9")) << ran.err;
+}
+
+// --- 5: output not written
+// -----------------------------------------------------------------------------------------------
+
+TEST_F(DravoCommand, OutputThatCannotBeWrittenIsFive)
+{
+    MakeJob();
+    Write("file", "in the way");
+    EXPECT_EQ(Dravo("run bump.toml --out file").code, 5);
+    EXPECT_EQ(Dravo("init nowhere/job.toml").code, 5);
+    EXPECT_EQ(Dravo("convert bump.bdf nowhere/x.stl").code, 5);
+    EXPECT_EQ(Dravo("convert bump.bdf x.unknown").code, 5);
+}
+
+TEST_F(DravoCommand, AFullDeviceIsFive)
+{
+    MakeJob();
+    Ran const ran = Dravo("materials", "", "/dev/full");
+    EXPECT_EQ(ran.code, 5);
+    EXPECT_TRUE(ran.Says("standard output could not be written")) << ran.err;
+    EXPECT_EQ(Dravo("run bump.toml --json", "", "/dev/full").code, 5);
+    EXPECT_EQ(Dravo("init /dev/full --force").code, 5);
+}
+
+// --- 130: interrupted
+// ----------------------------------------------------------------------------------------------------
+
+TEST_F(DravoCommand, AnInterruptIsAHundredAndThirtyAndLeavesWhatThereIs)
+{
+    MakeJob();
+    std::string const solver = Script("sleep 3");
+    Ran const ran =
+        Dravo("run bump.toml --solver '" + solver + "'", "timeout --foreground --preserve-status -s INT 1.5");
+    EXPECT_EQ(ran.code, 130) << ran.err;
+    EXPECT_TRUE(ran.Says("interrupted")) << ran.err;
+    EXPECT_TRUE(std::filesystem::exists(Path("out/bump-001/solver/deck.fpi")));
+    EXPECT_EQ(json::parse(ReadBack(Path("out/bump-001/summary.json")))["status"], "interrupted");
+}
+
+// --- Manners
+// -------------------------------------------------------------------------------------------------------------
+
+TEST_F(DravoCommand, ColourIsForTerminalsUnlessItIsForced)
+{
+    MakeJob("[friction]\ncoefficient = 0.4\n");
+    EXPECT_TRUE(IsPlain(Dravo("check bump.toml").err));
+    EXPECT_FALSE(IsPlain(Dravo("check bump.toml", "CLICOLOR_FORCE=1").err));
+    EXPECT_TRUE(IsPlain(Dravo("check bump.toml", "NO_COLOR=1 CLICOLOR_FORCE=1").err));
+}
+
+TEST_F(DravoCommand, QuietSaysNothingButErrors)
+{
+    MakeJob("[friction]\ncoefficient = 0.4\n");
+    EXPECT_EQ(Dravo("run bump.toml --quiet").err, "");
+    EXPECT_NE(Dravo("run none.toml --quiet").err, "");
+}
+
+TEST_F(DravoCommand, WorksWithoutHomeAndUnderACommaLocale)
+{
+    MakeJob();
+    Ran const plain = Dravo("run bump.toml --out a");
+    Ran const other = Dravo("run bump.toml --out b", "env -u HOME -u TERM LC_ALL=de_DE.UTF-8");
+    EXPECT_EQ(other.code, 0) << other.err;
+    EXPECT_EQ(ReadBack(Path("a/bump-001/summary.json")), ReadBack(Path("b/bump-001/summary.json")));
+}

@@ -225,7 +225,7 @@ TEST_F(DravoCommand, BadJobsAreThreeWithTheirLine)
     MakeJob("[frictoin]\n");
     Ran const ran = Dravo("run bump.toml");
     EXPECT_EQ(ran.code, 3);
-    EXPECT_TRUE(ran.Says("bump.toml:9: unknown key \"frictoin\"; the nearest valid key is \"friction\"")) << ran.err;
+    EXPECT_TRUE(ran.Says("bump.toml:10: unknown key \"frictoin\"; the nearest valid key is \"friction\"")) << ran.err;
     EXPECT_EQ(Dravo("run none.toml").code, 3);
     EXPECT_EQ(Dravo("run .").code, 3) << "a folder";
     EXPECT_FALSE(std::filesystem::exists(Path("out"))) << "nothing was made";

@@ -4,8 +4,8 @@
 #include "CommandFixture.h"
 #include "Run.h"
 
-#include "surfaces/Surfaces.h"
 #include "VOZHost.h"
+#include "surfaces/Surfaces.h"
 
 #include <nlohmann/json.hpp>
 

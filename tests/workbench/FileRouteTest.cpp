@@ -225,7 +225,8 @@ INSTANTIATE_TEST_SUITE_P(Bad, FileRouteOutputs,
                                          BadOutput{20, 46, "0.03", "inf", "\"inf\" is no finite number"},
                                          BadOutput{20, 46, "0.03", "x", "\"x\" is no finite number"},
                                          BadOutput{20, 46, " 9.5 0.5", "", "has 5 columns, expected 7"},
-                                         BadOutput{20, 46, "punch force 1000", "", "has no punch force"},
+                                         BadOutput{20, 46, "punch force 1000\n", "", "has no punch force"},
+                                         BadOutput{20, 46, "punch force 1000", "", "no third column"},
                                          BadOutput{20, 46, "punch force 1000", "punch force", "no third column"},
                                          BadOutput{20, 46, "* end\n", "", "ends ahead of the punch force"}));
 

@@ -130,8 +130,7 @@ TEST_F(JobTest, AUnitOfAnotherDimensionIsRefused)
     EXPECT_THAT(RefusalOf(Replaced(Sound(), "0.78 mm", "0.78 MPa")),
                 AllOf(HasSubstr(At(5)), HasSubstr("\"MPa\" is a unit of stress, not of length")));
     EXPECT_THAT(RefusalOf(Replaced(Sound(), "thickness = \"0.78 mm\"", "thickness_mm = 1\nthickness_kN = 0.78")),
-                AllOf(HasSubstr(At(6)), HasSubstr("\"kN\" is no unit of thickness"), HasSubstr("\"blank.")))
-        << "the unit is told apart from the key";
+                AllOf(HasSubstr(At(6)), HasSubstr("\"kN\" is no unit of thickness")));
     EXPECT_THAT(RefusalOf(Replaced(Sound(), "0.78 mm", "0.78 furlong")), HasSubstr("unknown unit \"furlong\""));
 }
 

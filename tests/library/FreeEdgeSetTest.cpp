@@ -134,6 +134,19 @@ TEST(FreeEdgeSet, AgreesWithTheSlowSearchOnRandomTangles)
     }
 }
 
+// All around one node: the search stays linear however many elements meet there.
+TEST(FreeEdgeSet, OfAWideFanIsItsRim)
+{
+    int const spokes = 200000;
+    samples::Triangles fan;
+    for (int i = 0; i < spokes; ++i)
+        fan.push_back({1, 2 + i, 2 + (i + 1) % spokes});
+    FreeEdgeSet const edges(samples::mesh(Points(spokes + 1), fan));
+    ASSERT_EQ(edges.numEdge(), spokes);
+    for (int k = 1; k <= spokes; ++k)
+        ASSERT_EQ(edges.elemLocal(k), 1);
+}
+
 TEST(FreeEdgeSet, CornersThatAreNoNodesShareNothing)
 {
     testing::internal::CaptureStdout();

@@ -459,6 +459,7 @@ TEST_F(MeshContract, CountsRaisedOverNoArrayReadNothing)
     mesh.Translate(vec(1, 1, 1));
     VOZCatMesh const copy(mesh);
     EXPECT_EQ(copy.numNode(), 1000000);
+    EXPECT_EQ(copy.GetNodeData(), nullptr);
     mesh.sizeNode(2);
     mesh.sizeElem(2);
     EXPECT_EQ(mesh.numNode(), 2);

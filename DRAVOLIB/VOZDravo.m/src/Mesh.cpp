@@ -54,6 +54,12 @@ std::unique_ptr<Row[]> resized(Row const * old, int oldCount, int n)
     return rows;
 }
 
+template <class Row>
+std::unique_ptr<Row[]> copied(Row const * rows, int n)
+{
+    return rows ? resized(rows, n, n) : nullptr;
+}
+
 constexpr double kLargestFloat = static_cast<double>(std::numeric_limits<float>::max());
 
 // Where there is no array, a broken contract reads zeros, and what it writes is lost.
@@ -109,11 +115,9 @@ VOZCatMesh & VOZCatMesh::operator=(VOZCatMesh const & i_other)
 void VOZCatMesh::copyArrays(VOZCatMesh const & i_other)
 {
     // All three are made before one is replaced: a failed allocation leaves the mesh as it was.
-    std::unique_ptr<NodeRow[]> nodes = resized(i_other.mNodes, i_other.mNumNode, i_other.mNumNode);
-    std::unique_ptr<ElemRow[]> elems = resized(i_other.mElems, i_other.mNumElem, i_other.mNumElem);
-    std::unique_ptr<NodeRow[]> curvature;
-    if (i_other.mCurvature)
-        curvature = resized(i_other.mCurvature, i_other.mNumElem, i_other.mNumElem);
+    std::unique_ptr<NodeRow[]> nodes = copied(i_other.mNodes, i_other.mNumNode);
+    std::unique_ptr<ElemRow[]> elems = copied(i_other.mElems, i_other.mNumElem);
+    std::unique_ptr<NodeRow[]> curvature = copied(i_other.mCurvature, i_other.mNumElem);
     delete[] mNodes;
     delete[] mElems;
     delete[] mCurvature;

@@ -6,7 +6,7 @@
 //
 // The search goes node by node. Where orientations agree, a side that begins at the node ends at one: another element
 // comes to the node from there. These are counted first. What that does not settle (a boundary, an opposite corner,
-// orientations at odds, a node with many elements, an element that repeats the node) is searched entry by entry.
+// orientations at odds, an element that repeats the node) is searched entry by entry.
 
 #ifndef SIDEMARKS_H
 #define SIDEMARKS_H
@@ -32,9 +32,13 @@ public:
                 mark(e, corner);
         };
         bool const sound = settleLost(settle);
+        int widest = 0;
+        for (int n = 1; n <= mElemsAt.numNode(); ++n)
+            widest = std::max(widest, mElemsAt.references(n));
+        std::vector<Spoke> fan(at(widest));
         std::vector<int> arrivals(at(std::max(mElemsAt.numNode(), 0)) + 1, 0);
         for (int n = 1; n <= mElemsAt.numNode(); ++n)
-            if (!sound || !settleFan(n, arrivals.data(), settle))
+            if (!sound || !settleFan(n, fan.data(), arrivals.data(), settle))
                 settleEntries(n, settle);
     }
 
@@ -51,7 +55,13 @@ public:
     }
 
 private:
-    static constexpr int kMaxFan = 16;
+    // One element at a node: where the node stands in it, and the node before.
+    struct Spoke
+    {
+        int elem;
+        int corner;
+        int previous;
+    };
 
     // By the set of a row's entries that are the node: its corner, and the entry before. A triangle ends with its first
     // node; any other repetition has no place.
@@ -95,40 +105,35 @@ private:
         return sound;
     }
 
-    // False, with nothing settled, if the node is not to be done by counting. All entries must be nodes; io_arrivals
-    // is zero for each node before and after.
+    // False, with nothing settled, if an element repeats the node. All entries must be nodes. o_fan has room for the
+    // node's elements; io_arrivals is zero for each node before and after.
     template <class Settle>
-    bool settleFan(int n, int * io_arrivals, Settle settle) const
+    bool settleFan(int n, Spoke * o_fan, int * io_arrivals, Settle settle) const
     {
         int const(*const elems)[4] = mRows.elems;
         int const first = mRows.firstNode;
         int const a = label(n);
         int const numElem = mElemsAt.references(n);
-        if (numElem > kMaxFan)
-            return false;
-        int elem[kMaxFan];
-        int corner[kMaxFan];
-        int previous[kMaxFan];
         bool placed = true;
         for (int i = 0; i < numElem; ++i)
         {
-            elem[i] = mElemsAt.elem(n, i);
-            int const * const row = elems[elem[i]];
+            int const e = mElemsAt.elem(n, i);
+            int const * const row = elems[e];
             Place const place = kPlace[(row[0] == a) | (row[1] == a) << 1 | (row[2] == a) << 2 | (row[3] == a) << 3];
             placed &= place.corner >= 0;
-            corner[i] = place.corner;
-            previous[i] = meshrows::positionOf(row[place.previous], first);
-            ++io_arrivals[previous[i]];
+            o_fan[i] = {e, place.corner, meshrows::positionOf(row[place.previous], first)};
+            ++io_arrivals[o_fan[i].previous];
         }
         for (int i = 0; placed && i < numElem; ++i)
         {
-            int const b = elems[elem[i]][next(corner[i])];
+            Spoke const spoke = o_fan[i];
+            int const b = elems[spoke.elem][next(spoke.corner)];
             int const end = meshrows::positionOf(b, first);
-            bool const counted = io_arrivals[end] > (previous[i] == end ? 1 : 0); // not by the element itself
-            settle(elem[i], corner[i], counted || isShared(n, elem[i], b));
+            bool const counted = io_arrivals[end] > (spoke.previous == end ? 1 : 0); // not by the element itself
+            settle(spoke.elem, spoke.corner, counted || isShared(n, spoke.elem, b));
         }
         for (int i = 0; i < numElem; ++i)
-            io_arrivals[previous[i]] = 0;
+            io_arrivals[o_fan[i].previous] = 0;
         return placed;
     }
 

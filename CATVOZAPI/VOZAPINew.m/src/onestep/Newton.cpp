@@ -25,6 +25,8 @@ constexpr double kShapeChange = 0.5; // greatest entry of dG G^-1 in one step
 constexpr double kDecrease = 0.1;
 constexpr double kFoldShare = 0.02; // det G that a step must leave, where the flat is not folded worse already
 constexpr int kHalvings = 13;
+constexpr double kCreeping = 0.99;  // of the residual: a step that leaves more than this has led nowhere
+constexpr int kCreepingSteps = 3;   // in a row, after which a run gives up for the next rung
 
 class Stopwatch // adds the time of its life to a sum
 {
@@ -146,11 +148,13 @@ Newton::Outcome Newton::run(double i_tolerance, int i_maxSteps, Monitor & io_mon
     Stopwatch const watch(m_cost.total);
     Outcome outcome;
     outcome.state = measure(io_flat);
+    int creeping = 0;
     while (true)
     {
         io_monitor.log(iterationLine(outcome.steps, outcome.state, m_system.leastDeterminant(io_flat)));
         outcome.passed = outcome.state.relative <= i_tolerance;
-        if (io_monitor.report(progressShare(outcome.state.relative)) || outcome.passed || outcome.steps == i_maxSteps)
+        bool const ends = outcome.passed || outcome.steps == i_maxSteps || creeping == kCreepingSteps;
+        if (io_monitor.report(progressShare(outcome.state.relative)) || ends)
             return outcome;
         NewtonState next;
         if (!findStep(io_flat) || !search(outcome.state, io_flat, next))
@@ -158,6 +162,7 @@ Newton::Outcome Newton::run(double i_tolerance, int i_maxSteps, Monitor & io_mon
             outcome.state = measure(io_flat);
             return outcome;
         }
+        creeping = next.norm > kCreeping * outcome.state.norm ? creeping + 1 : 0;
         outcome.state = next;
         ++outcome.steps;
     }

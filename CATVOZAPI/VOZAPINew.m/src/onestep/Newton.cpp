@@ -25,8 +25,8 @@ constexpr double kShapeChange = 0.5; // greatest entry of dG G^-1 in one step
 constexpr double kDecrease = 0.1;
 constexpr double kFoldShare = 0.02; // det G that a step must leave, where the flat is not folded worse already
 constexpr int kHalvings = 13;
-constexpr double kCreeping = 0.99;  // of the residual: a step that leaves more than this has led nowhere
-constexpr int kCreepingSteps = 3;   // in a row, after which a run gives up for the next rung
+constexpr double kCreeping = 0.99; // of the residual: a step that leaves more than this has led nowhere
+constexpr int kCreepingSteps = 3;  // in a row, after which a run gives up for the next rung
 
 class Stopwatch // adds the time of its life to a sum
 {

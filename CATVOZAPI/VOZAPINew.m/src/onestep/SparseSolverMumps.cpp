@@ -23,8 +23,7 @@ namespace
 
 constexpr int kUseWorldCommunicator = -987654;
 constexpr double kPivotThreshold = 0.01;
-constexpr int kOrderingAmd = 0, kOrderingMetis = 5;
-constexpr int kMetisFrom = 20000; // unknowns; below it minimum degree is the faster order
+constexpr int kOrderingPord = 4; // nested dissection with minimum degree; repeats itself, which others do not
 constexpr int kWorkspaceTooSmall1 = -8, kWorkspaceTooSmall2 = -9;
 constexpr int kGreatestWorkspaceIncrease = 2000; // percent
 
@@ -89,8 +88,8 @@ SparseSolver::Engine::Engine(SparsePattern const & i_pattern, Kind i_kind)
     for (int unit = 1; unit <= 4; ++unit)
         control(unit) = unit == 4 ? 0 : -1; // no output
     control(6) = 0;                         // no column permutation: the diagonal is good
-    control(7) = i_pattern.size >= kMetisFrom ? kOrderingMetis : kOrderingAmd;
-    control(8) = symmetric ? 0 : 77;
+    control(7) = kOrderingPord;
+    control(8) = 0; // no scaling: forces of one kind throughout
     control(14) = 40;
     control(16) = 1; // one thread
     m_id.cntl[0] = kPivotThreshold;

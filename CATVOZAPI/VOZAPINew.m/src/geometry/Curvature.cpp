@@ -1,9 +1,10 @@
 // Curvature.cpp: slope of the node normals over a cell,  K_ab = sym( sum (e_a . N_k) dN_kb ).
 //
 // A sharp fold is no radius: the normal of a corner is averaged only over cells within 60 degrees of the corner's own.
-// At a free rim the mean is one-sided and would halve K in the last row; there the unit vector of 2 n_e - N_in serves
+// At a free rim the mean is one-sided and would halve K in the last row; there, across the rim, 2 n_e - N_in serves
 // (n_e: mean normal of the node's cells, N_in: mean normal of their nodes off the rim), which is exact to second order
-// on a cylinder.
+// on a cylinder. Along the rim the mean has both its sides and stays: on triangles n_e and N_in are not taken in the
+// middle there.
 
 #include "geometry/Curvature.h"
 
@@ -17,6 +18,7 @@ namespace
 
 constexpr double kFoldCosine = 0.5; // 60 degrees
 constexpr double kSymmetryCosine = 0.5;
+constexpr double kCornerCosine = 0.5;
 
 std::size_t at(int i)
 {
@@ -27,9 +29,10 @@ class CornerNormals
 {
 public:
     CornerNormals(SurfaceMesh const & i_mesh, std::vector<SymmetryNode> const & i_symmetry,
-                  std::vector<bool> const & i_rim)
-        : m_mesh(i_mesh), m_rim(i_rim), m_cells(buildNodeCells(i_mesh)), m_symmetry(i_symmetry)
+                  std::vector<Side> const & i_rimSides)
+        : m_mesh(i_mesh), m_cells(buildNodeCells(i_mesh)), m_symmetry(i_symmetry)
     {
+        layRim(i_rimSides);
         std::stable_sort(m_symmetry.begin(), m_symmetry.end(),
                          [](SymmetryNode const & a, SymmetryNode const & b) { return a.node < b.node; });
         for (Cell const & cell : i_mesh.cells)
@@ -44,11 +47,17 @@ public:
     Vec3 evaluate(int i_node, int i_cell) const
     {
         Vec3 const reference = m_normal[at(i_cell)];
-        Vec3 const normal = m_rim[at(i_node)] ? rimNormal(i_node, reference) : meanNormal(i_node, reference);
+        Vec3 const normal = m_rim[at(i_node)].isRim ? rimNormal(i_node, reference) : meanNormal(i_node, reference);
         return withoutSymmetry(i_node, normal);
     }
 
 private:
+    struct RimNode
+    {
+        bool isRim = false;
+        Vec3 arriving, leaving; // unit, along the rim's sides
+    };
+
     template <class Visit>
     void forEachCellNear(int i_node, Vec3 i_reference, Visit visit) const
     {
@@ -75,8 +84,8 @@ private:
 
     Vec3 rimNormal(int i_node, Vec3 i_reference) const
     {
-        Vec3 cells, beside, anywhere;
-        int cellCount = 0, besideCount = 0, anywhereCount = 0;
+        Vec3 cells, inside;
+        int cellCount = 0, insideCount = 0;
         forEachCellNear(i_node, i_reference,
                         [&](int c)
                         {
@@ -84,27 +93,40 @@ private:
                             cells = cells + m_normal[at(c)];
                             ++cellCount;
                             for (int corner = 0; corner < cell.count; ++corner)
-                            {
-                                int const other = cell.node[at(corner)];
-                                if (m_rim[at(other)])
-                                    continue;
-                                Vec3 const normal = withoutSymmetry(other, meanNormal(other, i_reference));
-                                anywhere = anywhere + normal;
-                                ++anywhereCount;
-                                if (cell.node[at(cell.next(corner))] == i_node ||
-                                    cell.node[at(cell.previous(corner))] == i_node)
+                                if (int const other = cell.node[at(corner)]; !m_rim[at(other)].isRim)
                                 {
-                                    beside = beside + normal;
-                                    ++besideCount;
+                                    inside = inside + withoutSymmetry(other, meanNormal(other, i_reference));
+                                    ++insideCount;
                                 }
-                            }
                         });
-        if (anywhereCount == 0)
+        if (insideCount == 0)
             return meanNormal(i_node, i_reference);
-        // The far corner of a quadrilateral counts only where no side leads off the rim: beside a corner of the sheet
-        // it would pull the mean along the rim.
-        Vec3 const inside = besideCount > 0 ? (1.0 / besideCount) * beside : (1.0 / anywhereCount) * anywhere;
-        return unit((2.0 / cellCount) * cells - inside);
+        Vec3 const beyond = unit((2.0 / cellCount) * cells - (1.0 / insideCount) * inside);
+        RimNode const & rim = m_rim[at(i_node)];
+        if (dot(rim.arriving, rim.leaving) < kCornerCosine)
+            return beyond; // a corner of the rim is one-sided in all directions
+        Vec3 const mean = meanNormal(i_node, i_reference);
+        Vec3 const across = unit(cross(rim.arriving + rim.leaving, mean));
+        return unit(mean + dot(beyond - mean, across) * across);
+    }
+
+    void layRim(std::vector<Side> const & i_rimSides)
+    {
+        m_rim.resize(m_mesh.position.size());
+        for (Side const & side : i_rimSides)
+        {
+            bool const turned = m_mesh.cells[at(side.cell)].sign < 0.0;
+            int const from = turned ? side.b : side.a, to = turned ? side.a : side.b;
+            Vec3 const along = unit(m_mesh.position[at(to)] - m_mesh.position[at(from)]);
+            m_rim[at(from)].isRim = m_rim[at(to)].isRim = true;
+            m_rim[at(from)].leaving = along;
+            m_rim[at(to)].arriving = along;
+        }
+        for (RimNode & rim : m_rim) // where the rim ends at a plane of symmetry it goes on straight
+            if (dot(rim.leaving, rim.leaving) == 0.0)
+                rim.leaving = rim.arriving;
+            else if (dot(rim.arriving, rim.arriving) == 0.0)
+                rim.arriving = rim.leaving;
     }
 
     Vec3 withoutSymmetry(int i_node, Vec3 i_normal) const
@@ -121,7 +143,7 @@ private:
     }
 
     SurfaceMesh const & m_mesh;
-    std::vector<bool> const & m_rim;
+    std::vector<RimNode> m_rim;
     NodeCells m_cells;
     std::vector<SymmetryNode> m_symmetry; // ascending by node
     std::vector<Vec3> m_normal;           // per cell
@@ -131,9 +153,10 @@ private:
 } // namespace
 
 std::vector<Curvature> pointCurvatures(SurfaceMesh const & i_mesh, PointTable const & i_points,
-                                       std::vector<SymmetryNode> const & i_symmetry, std::vector<bool> const & i_rim)
+                                       std::vector<SymmetryNode> const & i_symmetry,
+                                       std::vector<Side> const & i_rimSides)
 {
-    CornerNormals const normals(i_mesh, i_symmetry, i_rim);
+    CornerNormals const normals(i_mesh, i_symmetry, i_rimSides);
     std::vector<Curvature> curvatures;
     curvatures.reserve(i_points.points.size());
     for (IntegrationPoint const & point : i_points.points)

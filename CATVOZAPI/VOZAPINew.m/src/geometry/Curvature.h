@@ -15,9 +15,10 @@ struct Curvature // symmetric tensor in the frame of a point, 1/m; positive wher
     double k11 = 0.0, k22 = 0.0, k12 = 0.0;
 };
 
-// i_rim: nodes on the free sides that lie in no plane of symmetry.
+// i_rimSides: the free sides that lie in no plane of symmetry.
 std::vector<Curvature> pointCurvatures(SurfaceMesh const & i_mesh, PointTable const & i_points,
-                                       std::vector<SymmetryNode> const & i_symmetry, std::vector<bool> const & i_rim);
+                                       std::vector<SymmetryNode> const & i_symmetry,
+                                       std::vector<Side> const & i_rimSides);
 
 // Principal values (k1 >= k2 by amount) and the frame's angle of the first.
 struct PrincipalCurvature

@@ -24,10 +24,10 @@ void completePiece(Piece & io_piece)
     std::vector<bool> symmetric(count, false);
     for (geometry::SymmetryNode const & held : io_piece.symmetry)
         symmetric[at(held.node)] = true;
-    io_piece.rim.assign(count, false);
+    io_piece.rimSides.clear();
     for (geometry::Side const & side : io_piece.sides.free)
         if (!(symmetric[at(side.a)] && symmetric[at(side.b)]))
-            io_piece.rim[at(side.a)] = io_piece.rim[at(side.b)] = true;
+            io_piece.rimSides.push_back(side);
 }
 
 } // namespace voz::onestep

@@ -37,8 +37,8 @@ struct Piece
     std::vector<double> padShear; // per cell; empty: no pads
     std::vector<Hold> holds;      // per node
     std::vector<geometry::SymmetryNode> symmetry;
-    std::vector<bool> rim;      // per node: on a free side that lies in no plane of symmetry
-    std::vector<double> weight; // per node, m^2: its share of the area
+    std::vector<geometry::Side> rimSides; // the free sides that lie in no plane of symmetry
+    std::vector<double> weight;           // per node, m^2: its share of the area
     double area = 0.0;
 };
 

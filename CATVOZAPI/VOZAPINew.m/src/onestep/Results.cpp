@@ -75,7 +75,7 @@ std::vector<PointResult> pointResults(MembraneSystem const & i_system, std::span
 {
     Piece const & piece = i_system.piece();
     std::vector<Curvature> const curvatures =
-        geometry::pointCurvatures(piece.mesh, piece.points, piece.symmetry, piece.rim);
+        geometry::pointCurvatures(piece.mesh, piece.points, piece.symmetry, piece.rimSides);
     std::vector<PointResult> results;
     results.reserve(curvatures.size());
     for (std::size_t q = 0; q < curvatures.size(); ++q)

@@ -23,7 +23,7 @@ namespace
 
 constexpr int kUseWorldCommunicator = -987654;
 constexpr double kPivotThreshold = 0.01;
-constexpr int kOrderingPord = 4; // nested dissection with minimum degree; repeats itself, which others do not
+constexpr int kOrderingAmf = 2; // minimum fill: repeats itself to the last bit, and takes any pattern
 constexpr int kWorkspaceTooSmall1 = -8, kWorkspaceTooSmall2 = -9;
 constexpr int kGreatestWorkspaceIncrease = 2000; // percent
 
@@ -88,7 +88,7 @@ SparseSolver::Engine::Engine(SparsePattern const & i_pattern, Kind i_kind)
     for (int unit = 1; unit <= 4; ++unit)
         control(unit) = unit == 4 ? 0 : -1; // no output
     control(6) = 0;                         // no column permutation: the diagonal is good
-    control(7) = kOrderingPord;
+    control(7) = kOrderingAmf;
     control(8) = 0; // no scaling: forces of one kind throughout
     control(14) = 40;
     control(16) = 1; // one thread

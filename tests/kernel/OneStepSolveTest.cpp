@@ -20,7 +20,8 @@ Point3 flatSquare(double u, double v)
     return {100.0 * u, 100.0 * v, 7.0};
 }
 
-// A flat square whose rim is prescribed: X = p.x/1.2, Y = p.y/1.1. Inner nodes are distorted; mixed: half of the cells are cut.
+// A flat square whose rim is prescribed: X = p.x/1.2, Y = p.y/1.1. Inner nodes are distorted; mixed: half of the cells
+// are cut.
 Problem stretchedSquare(Cells i_cells, bool i_mixed, double i_turn = 0.0, Point3 i_shift = {0, 0, 0})
 {
     Problem problem = gridPart(6, 6, i_cells, flatSquare);
@@ -49,7 +50,8 @@ Problem stretchedSquare(Cells i_cells, bool i_mixed, double i_turn = 0.0, Point3
     for (int i = 0; i < 49; ++i)
     {
         double const x = problem.nodes[at(i)][0], y = problem.nodes[at(i)][1];
-        problem.nodes[at(i)] = {c * x - s * y + 1e-3 * i_shift[0], s * x + c * y + 1e-3 * i_shift[1], 0.007 + 1e-3 * i_shift[2]};
+        problem.nodes[at(i)] = {c * x - s * y + 1e-3 * i_shift[0], s * x + c * y + 1e-3 * i_shift[1],
+                                0.007 + 1e-3 * i_shift[2]};
         if (i / 7 == 0 || i / 7 == 6 || i % 7 == 0 || i % 7 == 6)
         {
             problem.constraints.push_back({i, i_turn, x / 1.2 - x});
@@ -96,10 +98,13 @@ TEST(OneStepPatch, UniformStrainIsExactOnEveryMesh)
         char const * name;
         Cells cells;
         bool mixed;
-    } const meshes[] = {{"triangles", Cells::Triangles, false}, {"quadrilaterals", Cells::Quads, false}, {"mixed", Cells::Quads, true}};
+    } const meshes[] = {
+        {"triangles", Cells::Triangles, false}, {"quadrilaterals", Cells::Quads, false}, {"mixed", Cells::Quads, true}};
     for (auto const & mesh : meshes)
     {
-        Solution const solution = Solve(stretchedSquare(mesh.cells, mesh.mixed), {}, {});
+        Settings fine; // the usual residual of 1e-8 leaves strains of 5e-12
+        fine.tolerance = 1.0e-11;
+        Solution const solution = Solve(stretchedSquare(mesh.cells, mesh.mixed), fine, {});
         ASSERT_EQ(solution.status, Status::Converged) << mesh.name << " " << solution.message;
         for (std::size_t p = 0; p < solution.strains.mid.size() / 3; ++p)
         {
@@ -153,13 +158,13 @@ TEST(OneStepPatch, TheShearIsTheEngineeringOne)
     }
     for (bool const turned : {false, true})
     {
-        if (turned) // read backwards: e2 looks the other way, and so does the shear
+        if (turned) // read backwards along the same side: e1 looks the other way, e2 does not
             for (Element & element : problem.elements)
                 element.nodes = {element.nodes[1], element.nodes[0], element.nodes[2], -1};
         Solution const solution = Solve(problem, {}, {});
         ASSERT_EQ(solution.status, Status::Converged) << solution.message;
         EXPECT_NEAR(strainAt(solution, 0)[0], 0.5 * std::log(1.2), 1e-12);
-        EXPECT_NEAR(strainAt(solution, 0)[2], std::log(1.2), 1e-12); // -x and -y: the same sign again
+        EXPECT_NEAR(strainAt(solution, 0)[2], turned ? -std::log(1.2) : std::log(1.2), 1e-12);
     }
 }
 
@@ -176,8 +181,9 @@ TEST(OneStepDevelopable, ACylinderUnrollsWithoutStrainAndBendsByItsRadius)
         std::size_t bent = 0, all = 0;
         for (std::size_t p = 0; p < solution.strains.mid.size() / 3; ++p, ++all)
         {
-            double const across = std::max(solution.strains.top[3 * p], solution.strains.top[3 * p + 1]);
-            double const below = std::min(solution.strains.bottom[3 * p], solution.strains.bottom[3 * p + 1]);
+            // none along the axis, so the sum of both components is the one across
+            double const across = solution.strains.top[3 * p] + solution.strains.top[3 * p + 1];
+            double const below = solution.strains.bottom[3 * p] + solution.strains.bottom[3 * p + 1];
             bent += std::abs(across / 0.019312 - 1.0) < 0.005 && std::abs(below / -0.019693 - 1.0) < 0.005 ? 1 : 0;
         }
         EXPECT_GE(bent + 4, all); // but the triangles that fill a corner of the sheet
@@ -250,9 +256,11 @@ TEST(OneStepActions, AnEnormousForceIsALock)
     ASSERT_EQ(solution.status, Status::Converged) << solution.message;
     EXPECT_EQ(solution.lockedEdges, 6); // the rim alone, not the planes of symmetry
     for (std::size_t i = 0; i < problem.nodes.size(); ++i)
-        if (std::hypot(problem.nodes[i][0], problem.nodes[i][1]) > 0.0569)
-            for (std::size_t k = 0; k < 2; ++k)
-                EXPECT_NEAR(solution.flat[i][k], problem.nodes[i][k], 1e-15);
+    {
+        bool const onRim = std::hypot(problem.nodes[i][0], problem.nodes[i][1]) > 0.0569;
+        for (std::size_t k = 0; k < 2 && onRim; ++k)
+            EXPECT_NEAR(solution.flat[i][k], problem.nodes[i][k], 1e-15);
+    }
 }
 
 TEST(OneStepActions, EdgesInPlanesOfSymmetryCarryNoRestraint)
@@ -302,9 +310,10 @@ TEST(OneStepActions, ABeadPullsAwayFromTheInside)
         ASSERT_GE(nodes[at(inner)], 0);
         std::array<std::array<double, 2>, 3> const corner = {{{0, 0}, {1, 0}, {0, 1}}};
         auto const middle = [&](int k, std::size_t c) { return 0.05 * corner[at(inner)][c] + 0.95 * corner[at(k)][c]; };
-        problem.beads.push_back({side.element, 50.0e3 / 0.95,
-                                 {middle(side.corner1, 0), middle(side.corner1, 1), middle(side.corner2, 0),
-                                  middle(side.corner2, 1)}});
+        problem.beads.push_back(
+            {side.element,
+             50.0e3 / 0.95,
+             {middle(side.corner1, 0), middle(side.corner1, 1), middle(side.corner2, 0), middle(side.corner2, 1)}});
     }
     ASSERT_EQ(problem.beads.size(), 6u);
     double const beaded = reachAlong(problem, Solve(problem, {}, {}), 0.0);
@@ -357,7 +366,8 @@ TEST(OneStepInvariance, AWholePartNeedsNoHoldingForce)
     restrainRim(problem, 20.0);
     Problem turned = problem;
     for (auto & p : turned.nodes)
-        p = {std::cos(0.3) * p[0] - std::sin(0.3) * p[1] + 0.3, std::sin(0.3) * p[0] + std::cos(0.3) * p[1] - 0.05, p[2]};
+        p = {std::cos(0.3) * p[0] - std::sin(0.3) * p[1] + 0.3, std::sin(0.3) * p[0] + std::cos(0.3) * p[1] - 0.05,
+             p[2]};
     Solution const still = Solve(problem, {}, {}), moved = Solve(turned, {}, {});
     ASSERT_EQ(moved.status, Status::Converged) << moved.message;
     EXPECT_LT(still.holdingShare, 1e-10);
@@ -457,12 +467,21 @@ TEST(OneStepRefusals, NameTheCulprit)
         {"material 0: thickness", [](Problem & p) { p.materials[0].thickness = 0.0; }},
         {"material 0: r value", [](Problem & p) { p.materials[0].rValue = -1.0; }},
         {"material 0: strength coefficient", [](Problem & p) { p.materials[0].kValue = std::nan(""); }},
-        {"material 0: strain 0.1 of point 1", [](Problem & p) { p.materials[0].table = {{0.1, 1e8}, {0.1, 2e8}}; }},
-        {"needs at least two points", [](Problem & p) { p.materials[0].table = {{0.1, 1e8}}; }},
+        {"material 0: strain 0.1 of point 1",
+         [](Problem & p) {
+             p.materials[0].table = {{0.1, 1e8}, {0.1, 2e8}};
+         }},
+        {"needs at least two points",
+         [](Problem & p) {
+             p.materials[0].table = {{0.1, 1e8}};
+         }},
         {"holder edge 0: element 5000", [](Problem & p) { p.holders[0].element = 5000; }},
         {"holder edge 0: positions 1 and 1", [](Problem & p) { p.holders[0].corner1 = p.holders[0].corner2 = 1; }},
         {"holder edge 0 on element", [](Problem & p) { p.holders[0].force = std::nan(""); }},
-        {"bead segment 0: element -1", [](Problem & p) { p.beads.push_back({-1, 1.0, {0, 0, 1, 0}}); }},
+        {"bead segment 0: element -1",
+         [](Problem & p) {
+             p.beads.push_back({-1, 1.0, {0, 0, 1, 0}});
+         }},
         {"pad pressures: 3 values", [](Problem & p) { p.padShear.assign(3, 0.0); }},
         {"constraint 0 on node 0", [](Problem & p) { p.constraints[0].angle = std::nan(""); }},
         {"no elements", [](Problem & p) { p.elements.clear(); }},
@@ -485,7 +504,8 @@ TEST(OneStepRefusals, AClosedSurfaceCannotBeLaidFlat)
     Problem problem;
     problem.materials.push_back(mildSteel());
     problem.nodes = {{0, 0, 0}, {0.01, 0, 0}, {0, 0.01, 0}, {0, 0, 0.01}};
-    for (std::array<int, 4> const nodes : {std::array<int, 4>{0, 2, 1, -1}, {0, 1, 3, -1}, {1, 2, 3, -1}, {0, 3, 2, -1}})
+    for (std::array<int, 4> const nodes :
+         {std::array<int, 4>{0, 2, 1, -1}, {0, 1, 3, -1}, {1, 2, 3, -1}, {0, 3, 2, -1}})
         problem.elements.push_back({nodes, 0});
     Solution const solution = Solve(problem, {}, {});
     EXPECT_EQ(solution.status, Status::Refused);

@@ -125,6 +125,7 @@ struct JobOutputs
 struct Job
 {
     std::string path;   // of the job file
+    std::string sha256; // of the file's bytes
     std::string folder; // where its relative paths begin
     std::string name;   // of the file without its extension; of its folder for a file "job.toml"
     std::string title;

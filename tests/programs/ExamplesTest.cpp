@@ -31,9 +31,27 @@ protected:
         VOZHost::Install(nullptr);
     }
 
-    RunRecord Formed(std::string const & i_name)
+    RunRecord Formed(std::string const & i_example)
     {
-        Job const job = ReadJob(VOZ_SOURCE_DIR "/examples/" + i_name + "/job.toml");
+        return FormedJob(ReadJob(VOZ_SOURCE_DIR "/examples/" + i_example + "/job.toml"));
+    }
+
+    // The cylindrical cup with a process of its own.
+    RunRecord FormedCup(std::string const & i_process)
+    {
+        return FormedJob(ParseJob("[mesh]\nfile = \"" VOZ_SOURCE_DIR "/examples/cylindrical_cup/cylindrical_cup.k\"\n" +
+                                      Sheet() + i_process,
+                                  Path("cup.toml")));
+    }
+
+    static std::string Sheet()
+    {
+        return "[blank]\nthickness_mm = 0.78\n[material]\nfrom = \"mild-steel-numisheet93\"\n"
+               "[output]\nreport = false\nvtu = false\ndxf = false\nsvg = false\n";
+    }
+
+    RunRecord FormedJob(Job const & job)
+    {
         EXPECT_TRUE(job.warnings.empty()) << job.warnings.front();
         RunOptions options;
         options.out = Folder();
@@ -190,4 +208,103 @@ TEST_F(Examples, BracketUnrollsExactly)
     EXPECT_EQ(record.outcome.blank.size(), 2U) << "the hole";
     for (ElementOutcome const & element : record.outcome.elements)
         ASSERT_NEAR(element.thinning, 0.0, 0.02);
+}
+
+// --- What acts on the sheet, on the cylindrical cup: figures of the same differential equation, cases A1, A2 and A4
+// ------
+
+namespace
+{
+double RadiusOf(RunRecord const & i_record)
+{
+    return 0.25 * (i_record.outcome.summary.blankWidth + i_record.outcome.summary.blankHeight);
+}
+
+double ForceOf(RunRecord const & i_record)
+{
+    return i_record.outcome.summary.punchForce;
+}
+} // namespace
+
+TEST_F(Examples, WithoutAHolderTheCupIsDrawnFreely)
+{
+    RunRecord const record = FormedCup("[friction]\ncoefficient = 0.1\n");
+    EXPECT_NEAR(RadiusOf(record), 67.11001, 0.03);
+    EXPECT_NEAR(ForceOf(record), 29369.57, 0.015 * 29369.57);
+}
+
+// 2 x 0.1 x 35.814 kN over the rim of 2 pi 57 mm: 20 N/mm.
+TEST_F(Examples, ATotalForceRestrainsThroughFriction)
+{
+    RunRecord const record = FormedCup("[friction]\ncoefficient = 0.1\n[blank_holder]\ntotal_force = \"35.814 kN\"\n");
+    EXPECT_NEAR(RadiusOf(record), 66.89712, 0.03);
+    EXPECT_NEAR(ForceOf(record), 34511.86, 0.015 * 34511.86);
+}
+
+TEST_F(Examples, FrictionOfTheToolsRaisesTheForce)
+{
+    RunRecord const record = FormedCup("[friction]\ncoefficient = 0.144\ntools = true\n"
+                                       "[blank_holder]\nforce_per_length = \"20 N/mm\"\n");
+    EXPECT_NEAR(RadiusOf(record), 66.75133, 0.03);
+    EXPECT_NEAR(ForceOf(record), 43953.0, 0.015 * 43953.0);
+}
+
+// A ring of beads on the flange pulls as much as a holder at the rim; only the flange outside it is left free.
+TEST_F(Examples, ABeadPullsLikeAHolder)
+{
+    std::string points;
+    for (int i = 0; i <= 64; ++i)
+    {
+        double const angle = 2.0 * 3.14159265358979 * i / 64.0;
+        points +=
+            "[" + std::to_string(52.0 * std::cos(angle)) + ", " + std::to_string(52.0 * std::sin(angle)) + ", 20.0], ";
+    }
+    RunRecord const record = FormedCup("[[bead]]\nforce = \"20 N/mm\"\npoints_mm = [" + points + "]\n");
+    EXPECT_NEAR(ForceOf(record), 34511.86, 0.02 * 34511.86);
+    EXPECT_NEAR(RadiusOf(record), 66.92, 0.05);
+}
+
+TEST_F(Examples, APadOnTheFlangeRaisesTheForceThroughFriction)
+{
+    // 5 MPa x 0.1 on a ring of radii 45 and 57 mm.
+    RunRecord const record = FormedCup("[friction]\ncoefficient = 0.1\n[[pad]]\npressure = \"5 MPa\"\n"
+                                       "box_mm = [[-60, -60, 19.99], [60, 60, 20.01]]\n");
+    EXPECT_GT(ForceOf(record), 30000.0);
+    EXPECT_LT(ForceOf(record), 34500.0);
+}
+
+TEST_F(Examples, LevelFourLetsNothingIn)
+{
+    RunRecord const record = FormedCup("[blank_holder]\nlevel = 4\n");
+    EXPECT_NEAR(RadiusOf(record), 57.0, 1e-3);
+    EXPECT_GT(record.outcome.summary.safetyShare[1], 0.1) << "and it tears";
+}
+
+// A half model about either plane is laid with the plane on local x = 0, and has the blank of the whole.
+TEST_F(Examples, AHalfOfTheSquareCupAboutEitherPlaneHasTheBlankOfTheWhole)
+{
+    voz::examples::SurfaceMesh const half = voz::examples::squareCup(
+        voz::examples::squareCup15(), voz::examples::Extent::Half, voz::examples::Cells::Triangles);
+    for (bool const isTurned : {false, true})
+    {
+        // Turned by a quarter, the plane x = 0 becomes y = 0.
+        std::string text = "BEGIN BULK\n";
+        for (std::size_t n = 0; n < half.nodes.size(); ++n)
+        {
+            auto const & p = half.nodes[n];
+            text += "GRID," + std::to_string(n + 1) + ",," + std::to_string(isTurned ? -p[1] : p[0]) + "," +
+                    std::to_string(isTurned ? p[0] : p[1]) + "," + std::to_string(p[2]) + "\n";
+        }
+        for (std::size_t e = 0; e < half.elements.size(); ++e)
+            text += "CTRIA3," + std::to_string(e + 1) + ",1," + std::to_string(half.elements[e][0] + 1) + "," +
+                    std::to_string(half.elements[e][1] + 1) + "," + std::to_string(half.elements[e][2] + 1) + "\n";
+        Write("half.bdf", text + "ENDDATA\n");
+        Job const job = ParseJob("[mesh]\nfile = \"half.bdf\"\n" + Sheet() + "[symmetry]\nplanes = \"" +
+                                     (isTurned ? "xz" : "yz") + "\"\n[blank_holder]\nforce_per_length = \"9.4 N/mm\"\n",
+                                 Path("half.toml"));
+        OutcomeSummary const summary = FormedJob(job).outcome.summary;
+        EXPECT_EQ(summary.symmetryFactor, 2);
+        EXPECT_NEAR(summary.blankWidth, 75.72, 0.05) << isTurned;
+        EXPECT_NEAR(summary.blankHeight, 2.0 * 75.72, 0.1) << isTurned;
+    }
 }

@@ -5,6 +5,7 @@
 #include "FormingLimit.h"
 #include "JobParts.h"
 #include "OutputFile.h"
+#include "Sha256.h"
 #include "TextFile.h"
 
 #include <cmath>
@@ -364,6 +365,7 @@ Job ParseJob(std::string_view i_text, std::string const & i_path)
     }
     Job job;
     job.path = i_path;
+    job.sha256 = Sha256(i_text);
     fs::path const path(i_path);
     job.folder = i_path == "-" ? "" : path.parent_path().string();
     job.name = NameFor(path);

@@ -91,10 +91,9 @@ private:
 
 std::vector<OutcomeInput> HashInputs(Job const & i_job)
 {
-    std::vector<OutcomeInput> inputs;
-    for (std::string const & path : {i_job.path, i_job.mesh})
-        if (path != "-")
-            inputs.push_back({path, Sha256(ReadTextFile(path, std::size_t{1} << 40))});
+    std::vector<OutcomeInput> inputs = {{i_job.path, i_job.sha256}};
+    if (i_job.mesh != "-")
+        inputs.push_back({i_job.mesh, Sha256(ReadTextFile(i_job.mesh, std::size_t{1} << 40))});
     return inputs;
 }
 

@@ -24,6 +24,7 @@ struct MeshArguments
     std::vector<double> dieLine;
     double tolerance = -1.0; // mm
     double unitLength = 0.0; // mm
+    std::size_t listed = 10; // findings of a kind
     bool isTip = false;
     bool isJson = false;
     bool isForced = false;
@@ -103,6 +104,7 @@ int Inspect(MeshArguments const & i_arguments)
     }
     CheckOptions options;
     options.pairTolerance = i_arguments.tolerance;
+    options.listed = i_arguments.listed;
     MeshReport const report = CheckMesh(model, options);
     std::optional<Tipping> tipping;
     if (i_arguments.isTip)
@@ -163,6 +165,8 @@ void AddInspect(CLI::App & io_app, Action & io_action)
     verb->add_option("--die-line", arguments->dieLine, "Stamping direction x y z, for --tip")->expected(3);
     verb->add_option("--tolerance", arguments->tolerance, "Nodes nearer than this are one, in mm")
         ->check(CLI::NonNegativeNumber);
+    verb->add_option("--list", arguments->listed, "How many findings of a kind are named (all are counted)")
+        ->capture_default_str();
     verb->add_flag("--json", arguments->isJson, "One JSON document");
     verb->footer("Exit code 1: the mesh has faults that a solver would stumble over.\n"
                  "Example: dravo inspect part.bdf --tip --repair part_mended.bdf");

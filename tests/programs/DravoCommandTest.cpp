@@ -128,6 +128,7 @@ TEST_F(DravoCommand, InspectMendsAndConvertWritesOtherFormats)
     ASSERT_NE(text.find(sixth), std::string::npos);
     Write("bad.bdf", text.replace(text.find(sixth), sixth.size(), "CQUAD4,8,1,16,17,10,9\n"));
     EXPECT_EQ(Dravo("inspect bad.bdf").code, 1) << "flipped: a check failed";
+    EXPECT_FALSE(Dravo("inspect bad.bdf --list 0").Shows("  element ")) << "counted, not named";
     EXPECT_EQ(Dravo("inspect bad.bdf --repair good.bdf").code, 0);
     EXPECT_EQ(Dravo("inspect good.bdf").code, 0);
     EXPECT_EQ(Dravo("convert good.bdf good.stl").code, 0);

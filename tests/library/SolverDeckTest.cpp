@@ -61,6 +61,7 @@ INSTANTIATE_TEST_SUITE_P(Decks, SolverDeckGolden,
                                          "little_friction", "full_holder"),
                          [](auto const & deck) { return std::string(deck.param); });
 
+#if !defined(_WIN32)
 TEST_F(SolverDeck, AgreesWithTheReferenceWriterOnRandomJobs)
 {
     for (char const * seed : {"1", "20261121"})
@@ -80,6 +81,8 @@ TEST_F(SolverDeck, AgreesWithTheReferenceWriterOnRandomJobs)
     }
 }
 
+#endif
+
 TEST_F(SolverDeck, IsTheSameUnderALocaleWithADecimalComma)
 {
     Job job(goldenFolder() / "full_holder.json");
@@ -87,6 +90,8 @@ TEST_F(SolverDeck, IsTheSameUnderALocaleWithADecimalComma)
     std::string during;
     {
         CommaLocale const comma;
+        if (std::localeconv()->decimal_point[0] != ',')
+            GTEST_SKIP() << "this system has no locale with a decimal comma";
         ASSERT_EQ(job.write("full_holder.fpi"), 0);
         EXPECT_STREQ(std::localeconv()->decimal_point, ","); // still the user's
         during = readFile("full_holder.fpi");

@@ -408,6 +408,8 @@ TEST_F(SolverOutput, RoundsThroughSinglePrecisionUnderALocaleWithADecimalComma)
     read(text, "deck.spo");
     EXPECT_EQ(result.dispOnBinder1(1, 0), exact);
     CommaLocale const comma;
+    if (std::localeconv()->decimal_point[0] != ',')
+        GTEST_SKIP() << "this system has no locale with a decimal comma";
     read(text, "deck.spo");
     EXPECT_EQ(result.dispOnBinder1(1, 0), rounded);
     EXPECT_EQ(result.dispOnBinder1(1, 1), 63.5f); // the point is the point

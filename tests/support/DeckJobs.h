@@ -34,10 +34,15 @@ inline fs::path goldenFolder()
     return fs::path(VOZ_SOURCE_DIR) / "tests" / "golden" / "deck";
 }
 
+// The bytes; where text mode writes CR LF, without the CRs: goldens have none.
 inline std::string readFile(fs::path const & path)
 {
     std::ifstream stream(path, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>());
+    std::string text((std::istreambuf_iterator<char>(stream)), std::istreambuf_iterator<char>());
+#if defined(_WIN32)
+    std::erase(text, '\r');
+#endif
+    return text;
 }
 
 inline void writeFile(fs::path const & path, std::string const & text)

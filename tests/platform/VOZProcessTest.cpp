@@ -146,7 +146,9 @@ TEST_F(Process, TheProgramsNameMayStandInQuotes)
     ASSERT_TRUE(start("\"" + copy.string() + "\" \"" + folder.Path("got") + "\" x", child));
     waitAndClose(child);
     EXPECT_EQ(Left(), Words({"x"}));
+#if !defined(_WIN32) // Windows itself tries a name without quotes up to each of its blanks
     EXPECT_FALSE(start(copy.string(), child));
+#endif
 }
 
 TEST_F(Process, ABackslashInTheProgramsNameIsASeparator)
@@ -246,11 +248,13 @@ TEST_F(Process, ShellExecuteStartsInTheFolderAndDoesNotWait)
 TEST_F(Process, ShellExecuteReportsAMissingProgramOrFolder)
 {
     auto const none = CATUnicodeString(folder.Path("missing").c_str()).ConvertToUTF16();
-    auto const name = CATUnicodeString(program().c_str()).ConvertToUTF16();
     auto const here = CATUnicodeString(folder.Path().c_str()).ConvertToUTF16();
     unsigned short const empty[] = {0};
     EXPECT_LE(VOZProcess::ShellExecuteW(none.c_str(), empty, here.c_str(), VOZProcess::ShowMinimized), 32);
+#if !defined(_WIN32) // Wine starts the program elsewhere then
+    auto const name = CATUnicodeString(program().c_str()).ConvertToUTF16();
     EXPECT_LE(VOZProcess::ShellExecuteW(name.c_str(), empty, none.c_str(), VOZProcess::ShowMinimized), 32);
+#endif
 }
 
 std::string modulePath(void * module, unsigned int size = 4096)

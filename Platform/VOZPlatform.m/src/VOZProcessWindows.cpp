@@ -77,7 +77,10 @@ void * VOZProcess::GetModuleHandleW(unsigned short const * i_name)
 
 unsigned int VOZProcess::GetModuleFileNameW(void * i_module, unsigned short * o_path, unsigned int i_size)
 {
-    return ::GetModuleFileNameW(static_cast<HMODULE>(i_module), wide(o_path), i_size);
+    unsigned int const length = ::GetModuleFileNameW(static_cast<HMODULE>(i_module), wide(o_path), i_size);
+    if (i_size > 0 && length >= i_size) // older systems leave a cut path open
+        o_path[i_size - 1] = 0;
+    return length;
 }
 
 #endif

@@ -40,7 +40,8 @@ void build(int i_numNode, CountPass countPass, FillPass fillPass, Lost lost, int
                 return;
             }
             std::size_t const n = static_cast<std::size_t>(node);
-            map[static_cast<std::size_t>(offset[n - 1] + cursor[n]++)] = entry;
+            int const target = offset[n - 1] + cursor[n]++;
+            map[static_cast<std::size_t>(target)] = entry;
         });
     o_offset = offset.release();
     o_map = map.release();

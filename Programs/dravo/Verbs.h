@@ -18,6 +18,7 @@ void AddInspect(CLI::App & io_app, Action & io_action);
 void AddConvert(CLI::App & io_app, Action & io_action);
 void AddMaterials(CLI::App & io_app, Action & io_action);
 void AddInit(CLI::App & io_app, Action & io_action);
+void AddCompletion(CLI::App & io_app, Action & io_action);
 int ShowVersion(bool i_asJson);
 
 // JSON as the command prints it: indented, one line feed at the end, texts that are no UTF-8 mended.

@@ -35,6 +35,7 @@ int Parse(CLI::App & io_app, int i_argc, char ** i_argv, Action & io_action)
     AddConvert(io_app, io_action);
     AddMaterials(io_app, io_action);
     AddInit(io_app, io_action);
+    AddCompletion(io_app, io_action);
     try
     {
         io_app.parse(i_argc, i_argv);

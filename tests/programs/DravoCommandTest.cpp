@@ -164,13 +164,29 @@ TEST_F(DravoCommand, InitWritesAJobThatNeedsItsMeshAlone)
 TEST_F(DravoCommand, HelpOfEachVerbHasAnExample)
 {
     EXPECT_TRUE(Dravo("--help").Shows("Exit codes"));
-    for (std::string const verb : {"run", "check", "explain", "inspect", "convert", "materials", "init"})
+    for (std::string const verb : {"run", "check", "explain", "inspect", "convert", "materials", "init", "completion"})
     {
         Ran const ran = Dravo(verb + " --help");
         EXPECT_EQ(ran.code, 0) << verb;
         EXPECT_TRUE(ran.Shows("Example: dravo " + verb)) << verb;
         EXPECT_TRUE(Dravo("--help").Shows("  " + verb)) << verb;
     }
+}
+
+TEST_F(DravoCommand, CompletionAndManPageComeFromTheOptionTable)
+{
+    std::string const bash = Write("completion.bash", Dravo("completion bash").out);
+    std::string const asked = "bash -c '. \"" + bash + "\"; COMP_WORDS=(dravo run --js); COMP_CWORD=2; _dravo; " +
+                              "echo \"${COMPREPLY[@]}\"' >\"" + Path("words.txt") + "\"";
+    ASSERT_EQ(std::system(asked.c_str()), 0);
+    EXPECT_EQ(ReadBack(Path("words.txt")), "--json\n");
+    EXPECT_TRUE(Dravo("completion fish").Shows("__fish_seen_subcommand_from run' -l out -r -d"));
+    EXPECT_TRUE(Dravo("completion zsh").Shows("#compdef dravo"));
+    Ran const man = Dravo("completion man");
+    EXPECT_TRUE(man.Shows(".TH DRAVO 1"));
+    EXPECT_TRUE(man.Shows("\\-\\-strict")) << man.out;
+    EXPECT_TRUE(man.Shows("EXIT STATUS"));
+    EXPECT_EQ(Dravo("completion tcsh").code, 2);
 }
 
 TEST_F(DravoCommand, VersionTellsWhatItIsBuiltOf)

@@ -265,6 +265,22 @@ TEST_F(FileRouteTest, SeveralMaterialsAreRefusedByName)
     }
 }
 
+TEST_F(FileRouteTest, AMaterialOfSomeElementsAloneIsRefused)
+{
+    mJob.materials[0].set = "2";
+    EXPECT_THROW(CheckFileRoute(mJob), InputError);
+}
+
+TEST_F(FileRouteTest, ATotalForceAboveYieldingIsWarnedOf)
+{
+    Job const job = ParseJob(Sound() + "[blank_holder]\ntotal_force = \"100 kN\"\n", JobPath());
+    JobModel const model = ReadModel(job);
+    Process process;
+    BuildProcess(job, model, FindTipping(job, model), process);
+    ASSERT_EQ(process.warnings.size(), 1U);
+    EXPECT_TRUE(Holds(process.warnings[0], "at least 1071.4 N/mm, above the 122.5 N/mm")) << process.warnings[0];
+}
+
 TEST_F(FileRouteTest, FoldersThatTheLibraryCannotHoldAreRefused)
 {
     auto const refusal = [](std::string const & i_folder)

@@ -13,6 +13,7 @@
 #include "VOZHost.h"
 #include "VOZProcess.h"
 
+#include <algorithm>
 #include <array>
 #include <filesystem>
 #include <sstream>
@@ -90,7 +91,9 @@ void CheckDeck(std::string const & i_path)
     {
         throw OutputError(i_path, error.Message());
     }
-    if (!text.ends_with(kDeckEnd))
+    std::string tail = text.substr(text.size() - std::min<std::size_t>(text.size(), 64));
+    std::erase(tail, '\r'); // text mode of some systems
+    if (!tail.ends_with(kDeckEnd))
         throw OutputError(i_path, "the deck is cut off after " + std::to_string(text.size()) + " bytes (disk full?)");
 }
 
@@ -211,7 +214,13 @@ std::string FindSolverProgram(std::string const & i_given)
 void CheckFileRoute(Job const & i_job)
 {
     if (i_job.materials.size() == 1)
+    {
+        if (JobMaterial const & material = i_job.materials[0]; !material.set.empty())
+            throw InputError(i_job.path, material.line, 0,
+                             "the file route gives the one material to all elements; leave out its set \"" +
+                                 material.set + "\"");
         return;
+    }
     std::string names;
     for (JobMaterial const & material : i_job.materials)
         names += (names.empty() ? "\"" : ", \"") + material.name + "\"";

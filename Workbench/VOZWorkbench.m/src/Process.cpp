@@ -30,6 +30,21 @@ int SymmetryFactor(Job const & i_job)
     return 1 << i_job.planes.size();
 }
 
+// A total force is spread over the edge: only with the part does its restraint show.
+void CheckTotalForce(Job const & i_job, JobModel const & i_model, Process & io_process)
+{
+    if (i_job.holder.kind != HolderKind::TotalForce || i_model.report.loops.empty())
+        return;
+    double const edge = i_model.report.loops.front().length; // planes of symmetry included
+    double const restraint = 2.0 * i_job.friction * i_job.holder.force / SymmetryFactor(i_job) / edge;
+    double const yielding = i_job.materials.front().yield * i_job.thickness;
+    if (restraint > yielding)
+        io_process.warnings.push_back("the holder's total force restrains the edge with at least " +
+                                      Fixed(restraint, 1) + " N/mm, above the " + Fixed(yielding, 1) +
+                                      " N/mm at which the sheet yields; usual are 0 to " + Fixed(0.8 * yielding, 1) +
+                                      " N/mm");
+}
+
 void FillHolder(Job const & i_job, Process & io_process)
 {
     JobHolder const & holder = i_job.holder;
@@ -273,6 +288,7 @@ void BuildProcess(Job const & i_job, JobModel const & i_model, Tipping const & i
     property.formingLimit(1) = LimitOf(i_job);
     io_process.friction.coefficient(i_job.friction);
     FillHolder(i_job, io_process);
+    CheckTotalForce(i_job, i_model, io_process);
     FillEdgeHolders(i_job, i_model, io_process);
     FillBeads(i_job, i_model, i_tipping, io_process);
     FillPads(i_job, i_model, io_process);

@@ -38,7 +38,7 @@ fs::path MakeFolder(fs::path const & i_parent, std::string const & i_name, std::
 {
     std::error_code error;
     fs::path const parent = fs::absolute(i_parent, error).lexically_normal();
-    CheckRoutePath((parent / Numbered(i_name, kLastNumber) / kSolverFolder).string(), i_solver);
+    CheckRoutePath((parent / Numbered(i_name, 1) / kSolverFolder).string(), i_solver);
     fs::create_directories(parent, error);
     if (!fs::is_directory(parent))
         throw OutputError(parent.string(), error ? error.message() : "it is no folder");

@@ -5,6 +5,7 @@
 #include "MeshCheck.h"
 #include "PointGrid.h"
 
+#include <limits>
 #include <random>
 
 using namespace voz::workbench;
@@ -157,7 +158,7 @@ TEST(PointGrid, FindsTheNearestLikeASlowSearch)
 {
     std::mt19937 random(3);
     std::uniform_real_distribution<double> unit(-1.0, 1.0);
-    for (double const tolerance : {0.0, 1e-9, 0.05, 0.3, 5.0})
+    for (double const tolerance : {0.0, 1e-9, 0.05, 0.3, 5.0, std::numeric_limits<double>::infinity()})
     {
         constexpr int kCount = 400;
         std::vector<std::array<double, 3>> points(kCount + 1);

@@ -211,6 +211,8 @@ TEST(NastranReader, TellsWhereAndWhatWasExpected)
          "part.bdf:2:1: found the continuation \"+B\", expected \"A\" of the card above"},
         {"=,*(1),=\n", "part.bdf:1:1: replication (\"=\") is not read, expected every card written out"},
         {"PSHELL,1,1,-1.\n", "part.bdf:1:12: PSHELL: found \"-1.\", expected a thickness of 0 or more"},
+        {"PSHELL,1,1,1.\nPSHELL,1,1,1.\nPSHELL,1,1,2.\n",
+         "part.bdf:3:8: PSHELL 1 stands with another thickness already, expected each id once"},
         {"INCLUDE 'x\n", "part.bdf:1:9: the name of an include has no closing quote"},
         {kNodes,
          "part.bdf: has no triangles or quadrilaterals; found 3 nodes, expected a Nastran bulk data surface mesh"},

@@ -377,8 +377,12 @@ private:
             return; // blank lines behind the last part
         Card const card = cut(line, kTenCard, state.width);
         int const part = id(card, 0, "the id of a part", lines);
+        int const section = id(card, 1, "the id of a section", lines, 0);
+        auto const [known, isNew] = mSectionOf.try_emplace(part, section);
+        if (!isNew && known->second != section)
+            lines.Fail(card.columns[0],
+                       "part " + std::to_string(part) + " stands with another section already, expected each id once");
         mBuilder.Set(part).name = state.title;
-        mSectionOf[part] = id(card, 1, "the id of a section", lines, 0);
     }
 
     // Cards of a section: title, where the keyword says so; id and rule; thickness; ply angles, eight a card.
@@ -406,7 +410,10 @@ private:
             if (thickness < 0.0)
                 lines.Fail(fields.columns[0],
                            "found " + Quoted(fields.texts[0]) + ", expected a thickness of 0 or more");
-            mThicknessOf[state.section] = thickness;
+            auto const [known, isNew] = mThicknessOf.try_emplace(state.section, thickness);
+            if (!isNew && known->second != thickness)
+                lines.Fail(fields.columns[0], "section " + std::to_string(state.section) +
+                                                  " stands with another thickness already, expected each id once");
         }
         if (card >= 1 && card - 1 == state.anglesLeft)
             state.cardsBefore = 0;

@@ -375,11 +375,15 @@ private:
 
     void takeProperty()
     {
-        ElementSet & set = mBuilder.Set(id(0, "the id of a property"));
+        int const property = id(0, "the id of a property");
         double const thickness = real(2, "a thickness");
         if (thickness < 0.0)
             fail(2, mName + ": found " + Quoted(mFields[2].text) + ", expected a thickness of 0 or more");
-        set.thickness = thickness;
+        if (auto const [known, isNew] = mThicknessOf.try_emplace(property, thickness);
+            !isNew && known->second != thickness)
+            fail(0, mName + " " + std::to_string(property) +
+                        " stands with another thickness already, expected each id once");
+        mBuilder.Set(property).thickness = thickness;
     }
 
     ByteSource & mSource;
@@ -388,6 +392,7 @@ private:
     bool mHasBegun = false;
     bool mHasEnded = false;
     std::string mExpanded;
+    std::map<int, double> mThicknessOf; // of a property, in the file's unit
 
     // The card at hand.
     Kind mKind = Kind::None;

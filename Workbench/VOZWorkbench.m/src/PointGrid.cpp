@@ -9,9 +9,13 @@
 
 namespace voz::workbench
 {
+namespace
+{
+constexpr double kLargestTolerance = 1e12; // beyond every distance; infinity has no cells
+} // namespace
 
 PointGrid::PointGrid(double const (*i_points)[3], int i_count, double i_tolerance)
-    : mPoints(i_points), mTolerance(i_tolerance)
+    : mPoints(i_points), mTolerance(i_tolerance >= 0.0 ? std::min(i_tolerance, kLargestTolerance) : 0.0)
 {
     double largest = 0.0;
     for (int n = 1; n <= i_count; ++n)

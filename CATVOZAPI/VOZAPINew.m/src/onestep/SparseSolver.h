@@ -1,9 +1,8 @@
 // SparseSolver.h: direct solution of the sparse systems of the kernel.
 //
 // The pattern is structurally symmetric, given once and analysed once; values may be factorised anew as often as
-// needed. With VOZ_HAVE_MUMPS the work is done by MUMPS (P. R. Amestoy, I. S. Duff, J. Koster, J.-Y. L'Excellent, SIAM
-// J. Matrix Anal. Appl. 23 (2001) 15; A. Guermouche et al., Parallel Comput. 32 (2006) 136), else by Eigen. Serial and
-// deterministic.
+// needed. With VOZ_HAVE_MUMPS large and unsymmetric systems go to MUMPS (P. R. Amestoy, I. S. Duff, J. Koster, J.-Y.
+// L'Excellent, SIAM J. Matrix Anal. Appl. 23 (2001) 15), else all go to Eigen. Serial and deterministic.
 
 #ifndef SPARSESOLVER_H
 #define SPARSESOLVER_H
@@ -36,19 +35,24 @@ public:
 
     // The pattern is copied where it is needed later and may go away.
     SparseSolver(SparsePattern const & i_pattern, Kind i_kind);
-    ~SparseSolver();
-    SparseSolver(SparseSolver const &) = delete;
-    SparseSolver & operator=(SparseSolver const &) = delete;
 
     // Values in the order of the pattern. False: singular to working accuracy, or not enough memory.
-    bool factorise(std::span<double const> i_values);
+    bool factorise(std::span<double const> i_values) { return m_engine->factorise(i_values); }
 
     // Right sides one after the other, replaced by the solutions. False before a successful factorisation or where
     // a solution is not finite.
-    bool solve(std::span<double> io_sides, int i_count);
+    bool solve(std::span<double> io_sides, int i_count) { return m_engine->solve(io_sides, i_count); }
+
+    // What does the work; one implementation per library.
+    class Engine
+    {
+    public:
+        virtual ~Engine() = default;
+        virtual bool factorise(std::span<double const> i_values) = 0;
+        virtual bool solve(std::span<double> io_sides, int i_count) = 0;
+    };
 
 private:
-    class Engine;
     std::unique_ptr<Engine> m_engine;
 };
 

@@ -1,11 +1,9 @@
-// SparseSolverEigen.cpp: the engine of builds for which no multifrontal solver is to be had.
+// SparseSolverEigen.cpp: small definite systems, and all systems of builds without a multifrontal solver.
 //
-// Supernodal LU (J. W. Demmel et al., SIAM J. Matrix Anal. Appl. 20 (1999) 720) with minimum degree on A + A^T; LDL^T
-// for the symmetric kind.
+// Supernodal LU (J. W. Demmel et al., SIAM J. Matrix Anal. Appl. 20 (1999) 720) with minimum degree on A + A^T;
+// simplicial LDL^T for the symmetric kind.
 
-#ifndef VOZ_HAVE_MUMPS
-
-#include "onestep/SparseSolver.h"
+#include "onestep/SparseEngines.h"
 
 #include <Eigen/SparseCholesky>
 #include <Eigen/SparseLU>
@@ -21,12 +19,12 @@ namespace
 constexpr double kPivotThreshold = 0.01;
 using Matrix = Eigen::SparseMatrix<double, Eigen::ColMajor, int>;
 using Rows = Eigen::Map<Eigen::SparseMatrix<double, Eigen::RowMajor, int> const>;
-} // namespace
+using Kind = SparseSolver::Kind;
 
-class SparseSolver::Engine
+class EigenEngine final : public SparseSolver::Engine
 {
 public:
-    Engine(SparsePattern const & i_pattern, Kind i_kind) : m_pattern(i_pattern), m_kind(i_kind)
+    EigenEngine(SparsePattern const & i_pattern, SparseSolver::Kind i_kind) : m_pattern(i_pattern), m_kind(i_kind)
     {
         std::vector<double> const ones(m_pattern.column.size(), 1.0);
         m_matrix = rows(ones);
@@ -38,7 +36,7 @@ public:
             m_ldlt.analyzePattern(m_matrix);
     }
 
-    bool factorise(std::span<double const> i_values)
+    bool factorise(std::span<double const> i_values) override
     {
         m_factorised = false;
         if (m_pattern.size == 0 ||
@@ -53,7 +51,7 @@ public:
         return m_factorised;
     }
 
-    bool solve(std::span<double> io_sides, int i_count)
+    bool solve(std::span<double> io_sides, int i_count) override
     {
         if (!m_factorised)
             return false;
@@ -79,20 +77,11 @@ private:
     bool m_factorised = false;
 };
 
-SparseSolver::SparseSolver(SparsePattern const & i_pattern, Kind i_kind)
-    : m_engine(std::make_unique<Engine>(i_pattern, i_kind))
+} // namespace
+
+std::unique_ptr<SparseSolver::Engine> makeEigenEngine(SparsePattern const & i_pattern, SparseSolver::Kind i_kind)
 {
-}
-SparseSolver::~SparseSolver() = default;
-bool SparseSolver::factorise(std::span<double const> i_values)
-{
-    return m_engine->factorise(i_values);
-}
-bool SparseSolver::solve(std::span<double> io_sides, int i_count)
-{
-    return m_engine->solve(io_sides, i_count);
+    return std::make_unique<EigenEngine>(i_pattern, i_kind);
 }
 
 } // namespace voz::onestep
-
-#endif

@@ -5,7 +5,7 @@
 
 #ifdef VOZ_HAVE_MUMPS
 
-#include "onestep/SparseSolver.h"
+#include "onestep/SparseEngines.h"
 
 #include <dmumps_c.h>
 
@@ -43,15 +43,15 @@ std::mutex & engineMutex()
     return mutex;
 }
 
-} // namespace
-
-class SparseSolver::Engine
+class MumpsEngine final : public SparseSolver::Engine
 {
 public:
-    Engine(SparsePattern const & i_pattern, Kind i_kind);
-    ~Engine();
-    bool factorise(std::span<double const> i_values);
-    bool solve(std::span<double> io_sides, int i_count);
+    MumpsEngine(SparsePattern const & i_pattern, SparseSolver::Kind i_kind);
+    ~MumpsEngine() override;
+    MumpsEngine(MumpsEngine const &) = delete;
+    MumpsEngine & operator=(MumpsEngine const &) = delete;
+    bool factorise(std::span<double const> i_values) override;
+    bool solve(std::span<double> io_sides, int i_count) override;
 
 private:
     void run(Job i_job);
@@ -64,10 +64,10 @@ private:
     bool m_analysed = false, m_factorised = false;
 };
 
-SparseSolver::Engine::Engine(SparsePattern const & i_pattern, Kind i_kind)
+MumpsEngine::MumpsEngine(SparsePattern const & i_pattern, SparseSolver::Kind i_kind)
 {
     std::scoped_lock const lock(engineMutex());
-    bool const symmetric = i_kind == Kind::PositiveDefinite;
+    bool const symmetric = i_kind == SparseSolver::Kind::PositiveDefinite;
     for (int row = 0; row < i_pattern.size; ++row)
         for (int k = i_pattern.rowStart[static_cast<std::size_t>(row)];
              k < i_pattern.rowStart[static_cast<std::size_t>(row) + 1]; ++k)
@@ -103,13 +103,13 @@ SparseSolver::Engine::Engine(SparsePattern const & i_pattern, Kind i_kind)
     m_analysed = i_pattern.size > 0 && m_id.infog[0] >= 0;
 }
 
-SparseSolver::Engine::~Engine()
+MumpsEngine::~MumpsEngine()
 {
     std::scoped_lock const lock(engineMutex());
     run(kEnd);
 }
 
-void SparseSolver::Engine::run(Job i_job)
+void MumpsEngine::run(Job i_job)
 {
     if (openblas_set_num_threads != nullptr)
         openblas_set_num_threads(1);
@@ -117,7 +117,7 @@ void SparseSolver::Engine::run(Job i_job)
     dmumps_c(&m_id);
 }
 
-bool SparseSolver::Engine::factorise(std::span<double const> i_values)
+bool MumpsEngine::factorise(std::span<double const> i_values)
 {
     std::scoped_lock const lock(engineMutex());
     m_factorised = false;
@@ -141,7 +141,7 @@ bool SparseSolver::Engine::factorise(std::span<double const> i_values)
     return m_factorised;
 }
 
-bool SparseSolver::Engine::solve(std::span<double> io_sides, int i_count)
+bool MumpsEngine::solve(std::span<double> io_sides, int i_count)
 {
     std::scoped_lock const lock(engineMutex());
     if (!m_factorised)
@@ -154,18 +154,11 @@ bool SparseSolver::Engine::solve(std::span<double> io_sides, int i_count)
            std::all_of(io_sides.begin(), io_sides.end(), [](double v) { return std::isfinite(v); });
 }
 
-SparseSolver::SparseSolver(SparsePattern const & i_pattern, Kind i_kind)
-    : m_engine(std::make_unique<Engine>(i_pattern, i_kind))
+} // namespace
+
+std::unique_ptr<SparseSolver::Engine> makeMumpsEngine(SparsePattern const & i_pattern, SparseSolver::Kind i_kind)
 {
-}
-SparseSolver::~SparseSolver() = default;
-bool SparseSolver::factorise(std::span<double const> i_values)
-{
-    return m_engine->factorise(i_values);
-}
-bool SparseSolver::solve(std::span<double> io_sides, int i_count)
-{
-    return m_engine->solve(io_sides, i_count);
+    return std::make_unique<MumpsEngine>(i_pattern, i_kind);
 }
 
 } // namespace voz::onestep

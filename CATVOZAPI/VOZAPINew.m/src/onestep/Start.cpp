@@ -18,7 +18,8 @@ using geometry::Vec2;
 namespace
 {
 
-constexpr double kPenalties[] = {0.1, 10.0, 1000.0};
+constexpr double kLastPenalty = 1000.0;
+constexpr double kPenalties[] = {0.1, 10.0, kLastPenalty};
 constexpr double kLatePenalties[] = {1.0e5, 1.0e7}; // only where setting the held values would still fold a cell
 constexpr double kStartShare = 0.05;                // of the progress
 
@@ -88,13 +89,16 @@ bool applyHolds(Piece const & i_piece, std::function<bool()> const & i_stop, Sym
                 Start & io_start)
 {
     for (double const penalty : kPenalties)
-        io_start.steps += io_energy.minimise(penalty, i_stop, io_start.flat);
+    {
+        auto const aim = penalty == kLastPenalty ? SymmetricDirichlet::Aim::Final : SymmetricDirichlet::Aim::OnTheWay;
+        io_start.steps += io_energy.minimise(penalty, aim, i_stop, io_start.flat);
+    }
     std::vector<Vec2> held = heldFlat(i_piece, io_start.flat);
     for (double const penalty : kLatePenalties)
     {
         if (foldedCell(i_piece, held) < 0)
             break;
-        io_start.steps += io_energy.minimise(penalty, i_stop, io_start.flat);
+        io_start.steps += io_energy.minimise(penalty, SymmetricDirichlet::Aim::Final, i_stop, io_start.flat);
         held = heldFlat(i_piece, io_start.flat);
     }
     io_start.flat = std::move(held);
@@ -118,12 +122,13 @@ Start findStart(Monitor & io_monitor, Piece & io_piece)
             "no flat without folds was found for the mesh; look for elements that overlap or hang by a single node");
     auto const stop = [&] { return io_monitor.report(0.0); };
     SymmetricDirichlet energy(io_piece);
-    start.steps = energy.minimise(0.0, stop, start.flat);
+    bool const held =
+        std::any_of(io_piece.holds.begin(), io_piece.holds.end(), [](Hold const & hold) { return hold.count > 0; });
+    auto const aim = held ? SymmetricDirichlet::Aim::OnTheWay : SymmetricDirichlet::Aim::Final;
+    start.steps = energy.minimise(0.0, aim, stop, start.flat);
     if (io_piece.windingIsOpen)
         settleWinding(start.flat, io_piece);
     placeOverPart(io_piece, start.flat);
-    bool const held =
-        std::any_of(io_piece.holds.begin(), io_piece.holds.end(), [](Hold const & hold) { return hold.count > 0; });
     if (held && !applyHolds(io_piece, stop, energy, start))
     {
         int const cell = foldedCell(io_piece, start.flat);

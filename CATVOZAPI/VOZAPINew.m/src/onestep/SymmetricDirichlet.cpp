@@ -31,7 +31,8 @@ namespace
 constexpr double kLeastEigenvalue = 1.0e-9;
 constexpr double kFoldShare = 0.9; // of the way to the first fold
 constexpr double kArmijo = 1.0e-4;
-constexpr double kDecrement = 1.0e-2; // sqrt(-slope/E) at which a run ends
+constexpr double kDecrement = 1.0e-2, kWayDecrement = 0.1; // sqrt(-slope/E) at which a run ends
+constexpr double kNearDecrement = 0.3; // a full step from here leads below that of the way: no need to look
 constexpr int kGreatestSteps = 60, kHalvings = 30;
 
 std::size_t at(int i)
@@ -206,10 +207,12 @@ double SymmetricDirichlet::greatestStep(std::span<Vec2 const> i_flat, std::span<
     return std::min(1.0, kFoldShare * least);
 }
 
-int SymmetricDirichlet::minimise(double i_penalty, std::function<bool()> const & i_stop, std::vector<Vec2> & io_flat)
+int SymmetricDirichlet::minimise(double i_penalty, Aim i_aim, std::function<bool()> const & i_stop,
+                                 std::vector<Vec2> & io_flat)
 {
     std::vector<double> gradient, values, side(2 * io_flat.size());
     std::vector<Vec2> step(io_flat.size()), trial(io_flat.size());
+    double const limit = i_aim == Aim::Final ? kDecrement : kWayDecrement;
     double now = energy(io_flat, i_penalty);
     for (int count = 0; count < kGreatestSteps; ++count)
     {
@@ -226,7 +229,8 @@ int SymmetricDirichlet::minimise(double i_penalty, std::function<bool()> const &
             step[i] = {side[2 * i], side[2 * i + 1]};
             slope += gradient[2 * i] * step[i].x + gradient[2 * i + 1] * step[i].y;
         }
-        if (!(slope < 0.0) || std::sqrt(-slope / now) < kDecrement)
+        double const decrement = slope < 0.0 ? std::sqrt(-slope / now) : 0.0;
+        if (decrement < limit)
             return count;
         double factor = greatestStep(io_flat, step), next = now;
         for (int halving = 0;; ++halving, factor *= 0.5)
@@ -241,6 +245,8 @@ int SymmetricDirichlet::minimise(double i_penalty, std::function<bool()> const &
         }
         io_flat.swap(trial);
         now = next;
+        if (i_aim == Aim::OnTheWay && factor == 1.0 && decrement < kNearDecrement)
+            return count + 1;
     }
     return kGreatestSteps;
 }

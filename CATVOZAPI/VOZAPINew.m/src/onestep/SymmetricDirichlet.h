@@ -19,9 +19,15 @@ class SymmetricDirichlet
 public:
     explicit SymmetricDirichlet(Piece const & i_piece);
 
-    // Improves a flat without folds until the Newton decrement is below 1e-2 of the energy's root. i_penalty 0: holds
-    // do not act. i_stop: asked before each step. Returns the steps taken.
-    int minimise(double i_penalty, std::function<bool()> const & i_stop, std::vector<geometry::Vec2> & io_flat);
+    enum class Aim
+    {
+        OnTheWay, // another run follows: a decrement of a tenth of the energy's root is enough
+        Final     // a hundredth
+    };
+    // Improves a flat without folds until the Newton decrement is small. i_penalty 0: holds do not act. i_stop: asked
+    // before each step. Returns the steps taken.
+    int minimise(double i_penalty, Aim i_aim, std::function<bool()> const & i_stop,
+                 std::vector<geometry::Vec2> & io_flat);
 
     double energy(std::span<geometry::Vec2 const> i_flat, double i_penalty) const; // infinite where a point folds
 

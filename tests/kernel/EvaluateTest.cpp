@@ -677,6 +677,112 @@ TEST(EvaluateRefuses, WithTheOldResultsTakenAway)
     EXPECT_THAT(errorOf(job), HasSubstr("r-value"));
 }
 
+// --- Meshes that no generator of ours makes --------------------------------------------------------------------------
+
+// Either solved, with finite numbers everywhere, or refused with a reason.
+std::string finiteOrRefused(SurfaceMesh const & mesh)
+{
+    Job job = jobOf(mesh);
+    std::string const message = errorOf(job);
+    if (message == "solved")
+    {
+        for (std::size_t i = 0; i < 3 * mesh.nodes.size(); ++i)
+            EXPECT_TRUE(std::isfinite(job.blank->m_padNodalCoords[i]));
+        for (std::size_t i = 0; i < 12 * mesh.elements.size(); ++i)
+            EXPECT_TRUE(std::isfinite(job.result->m_padStrainComponentsTop[i]));
+    }
+    EXPECT_GT(message.size(), 5U);
+    return message;
+}
+
+TEST(EvaluateOnOddMeshes, ANodeOutsideEveryElementHarmsNothing)
+{
+    SurfaceMesh mesh = patch(Cells::Triangles);
+    mesh.nodes.push_back({3.0, 4.0, 5.0});
+    finiteOrRefused(mesh);
+}
+
+TEST(EvaluateOnOddMeshes, AnElementWithoutAreaHarmsNothing)
+{
+    SurfaceMesh mesh = patch(Cells::Triangles);
+    mesh.elements.push_back({0, 1, 1, -1});
+    finiteOrRefused(mesh);
+    mesh = patch(Cells::Quads);
+    mesh.elements.push_back({2, 2, 2, 2});
+    finiteOrRefused(mesh);
+}
+
+TEST(EvaluateOnOddMeshes, TwoPiecesAreSolvedPieceByPiece)
+{
+    SurfaceMesh mesh = patch(Cells::Triangles);
+    int const shift = static_cast<int>(mesh.nodes.size());
+    SurfaceMesh const other = patch(Cells::Quads);
+    for (Point3 p : other.nodes)
+        mesh.nodes.push_back({p[0] + 100.0, p[1], p[2]});
+    for (auto e : other.elements)
+        mesh.elements.push_back({e[0] + shift, e[1] + shift, e[2] + shift, e[3] + shift});
+    Job job = jobOf(mesh);
+    solve(job);
+    EXPECT_NEAR(blankDistance(job, 0, 4), 0.030, 1e-10);
+    EXPECT_NEAR(blankDistance(job, shift, shift + 4), 0.030, 1e-10);
+}
+
+TEST(EvaluateOnOddMeshes, OneElementIsAPart)
+{
+    EXPECT_EQ(finiteOrRefused({{{0, 0, 0}, {10, 0, 0}, {0, 10, 3}}, {{0, 1, 2, -1}}}), "solved");
+    EXPECT_EQ(finiteOrRefused({{{0, 0, 0}, {10, 0, 0}, {10, 10, 0}, {0, 10, 0}}, {{0, 1, 2, 3}}}), "solved");
+}
+
+TEST(EvaluateOnOddMeshes, AllNodesInOnePlaceAreRefused)
+{
+    EXPECT_NE(finiteOrRefused({{{1, 1, 1}, {1, 1, 1}, {1, 1, 1}}, {{0, 1, 2, -1}}}), "solved");
+}
+
+// Three sheets meet along one edge.
+TEST(EvaluateOnOddMeshes, ASideOfThreeElementsIsNoCrash)
+{
+    finiteOrRefused(
+        {{{0, 0, 0}, {0, 10, 0}, {10, 5, 0}, {-10, 5, 0}, {0, 5, 10}}, {{0, 2, 1, -1}, {0, 1, 3, -1}, {0, 1, 4, -1}}});
+}
+
+// Two sheets that touch in one node.
+TEST(EvaluateOnOddMeshes, ANodeThatJoinsTwoSheetsIsNoCrash)
+{
+    finiteOrRefused({{{0, 0, 0}, {10, 0, 0}, {10, 10, 0}, {-10, 0, 0}, {-10, -10, 0}}, {{0, 1, 2, -1}, {0, 3, 4, -1}}});
+}
+
+TEST(EvaluateOnOddMeshes, AMoebiusStripIsNoCrash)
+{
+    SurfaceMesh mesh;
+    constexpr int n = 24;
+    for (int i = 0; i < n; ++i)
+        for (int j = 0; j < 2; ++j)
+        {
+            double const angle = 2.0 * kPi * i / n;
+            double const w = j == 0 ? -5.0 : 5.0;
+            double const r = 30.0 + w * std::cos(0.5 * angle);
+            mesh.nodes.push_back({r * std::cos(angle), r * std::sin(angle), w * std::sin(0.5 * angle)});
+        }
+    for (int i = 0; i + 1 < n; ++i)
+        mesh.elements.push_back({2 * i, 2 * i + 2, 2 * i + 3, 2 * i + 1});
+    mesh.elements.push_back({2 * n - 2, 1, 0, 2 * n - 1});
+    finiteOrRefused(mesh);
+}
+
+TEST(EvaluateOnOddMeshes, AVerticalTubeIsNoCrash)
+{
+    SurfaceMesh mesh;
+    constexpr int n = 16;
+    for (int row = 0; row <= 4; ++row)
+        for (int i = 0; i < n; ++i)
+            mesh.nodes.push_back({20.0 * std::cos(2.0 * kPi * i / n), 20.0 * std::sin(2.0 * kPi * i / n), 5.0 * row});
+    for (int row = 0; row < 4; ++row)
+        for (int i = 0; i < n; ++i)
+            mesh.elements.push_back(
+                {row * n + i, row * n + (i + 1) % n, (row + 1) * n + (i + 1) % n, (row + 1) * n + i});
+    finiteOrRefused(mesh);
+}
+
 // --- Conversion ------------------------------------------------------------------------------------------------------
 
 TEST(JobProblem, ConvertsEveryRecordWithItsUnit)

@@ -194,53 +194,59 @@ void Append(EdgeProperty const & i_segment, bool i_isSameLeg, std::vector<EdgePr
     io_segments.back().edgeValues[2] = i_segment.edgeValues[2];
     io_segments.back().edgeValues[3] = i_segment.edgeValues[3];
 }
+Point3 ToLocal(VOZCatAxis const & i_frame, double const * i_global)
+{
+    Point3 local{};
+    for (int i = 0; i < 3; ++i)
+        for (int j = 0; j < 3; ++j)
+            local[static_cast<std::size_t>(i)] += i_frame.axis(i, j) * (i_global[j] - i_frame.origin(j));
+    return local;
+}
+
+// Where the best layer ends: at its own end, or where a nearer one begins on the way.
+double EndOf(Interval const & i_best, std::vector<Interval> const & i_intervals, double i_place)
+{
+    double end = i_best.end;
+    for (Interval const & other : i_intervals)
+        if (other.begin > i_place + kTiny && other.begin < end && other.distance < i_best.distance - 1e-6)
+            end = other.begin;
+    return end;
+}
+
+void SweepLeg(std::vector<Facet> const & i_facets, Point3 const & p, Point3 const & q, BeadSegments & io_found)
+{
+    double const length = std::hypot(q[0] - p[0], q[1] - p[1]);
+    io_found.length += length;
+    if (!(length > 0.0))
+        return;
+    std::vector<Interval> const intervals = IntervalsOf(i_facets, p, q);
+    Point2 const from = {p[0], p[1]};
+    Point2 const to = {q[0], q[1]};
+    for (double place = 0.0; place < 1.0 - kTiny;)
+    {
+        Interval const * const best = BestAt(intervals, place);
+        if (best == nullptr)
+        {
+            place = NextBegin(intervals, place);
+            continue;
+        }
+        double const end = EndOf(*best, intervals, place);
+        Append(SegmentIn(*best->facet, At(from, to, place), At(from, to, end)), place > 0.0, io_found.segments);
+        io_found.covered += (end - place) * length;
+        place = end;
+    }
+}
 } // namespace
 
 BeadSegments FindBeadSegments(VOZCatMesh const & i_mesh, VOZCatAxis const & i_frame, std::vector<Point3> const & i_line)
 {
-    auto const toLocal = [&i_frame](double const * i_global)
-    {
-        Point3 local{};
-        for (int i = 0; i < 3; ++i)
-            for (int j = 0; j < 3; ++j)
-                local[static_cast<std::size_t>(i)] += i_frame.axis(i, j) * (i_global[j] - i_frame.origin(j));
-        return local;
-    };
     std::vector<Point3> local(static_cast<std::size_t>(i_mesh.numNode()) + 1);
     for (int n = 1; n <= i_mesh.numNode(); ++n)
-        local[static_cast<std::size_t>(n)] = toLocal(i_mesh.GetNodeData()[n]);
+        local[static_cast<std::size_t>(n)] = ToLocal(i_frame, i_mesh.GetNodeData()[n]);
     std::vector<Facet> const facets = Facets(i_mesh, local);
-
     BeadSegments found;
     for (std::size_t leg = 0; leg + 1 < i_line.size(); ++leg)
-    {
-        Point3 const p = toLocal(i_line[leg].data());
-        Point3 const q = toLocal(i_line[leg + 1].data());
-        double const length = std::hypot(q[0] - p[0], q[1] - p[1]);
-        found.length += length;
-        if (!(length > 0.0))
-            continue;
-        std::vector<Interval> const intervals = IntervalsOf(facets, p, q);
-        for (double place = 0.0; place < 1.0 - kTiny;)
-        {
-            Interval const * const best = BestAt(intervals, place);
-            if (best == nullptr)
-            {
-                place = NextBegin(intervals, place);
-                continue;
-            }
-            // A nearer layer that begins on the way takes over there.
-            double end = best->end;
-            for (Interval const & other : intervals)
-                if (other.begin > place + kTiny && other.begin < end && other.distance < best->distance - 1e-6)
-                    end = other.begin;
-            Point2 const from = {p[0], p[1]};
-            Point2 const to = {q[0], q[1]};
-            Append(SegmentIn(*best->facet, At(from, to, place), At(from, to, end)), place > 0.0, found.segments);
-            found.covered += (end - place) * length;
-            place = end;
-        }
-    }
+        SweepLeg(facets, ToLocal(i_frame, i_line[leg].data()), ToLocal(i_frame, i_line[leg + 1].data()), found);
     return found;
 }
 

@@ -187,7 +187,9 @@ void RequireOutput(FileRouteOptions const & i_options)
     std::string const path = In(i_options.folder, kOutput);
     if (std::error_code error; std::filesystem::is_regular_file(path, error))
         return;
-    std::string const words = LastLines(ReadTextFile(In(i_options.folder, kLog), std::size_t{1} << 30), 8);
+    std::string words = LastLines(ReadTextFile(In(i_options.folder, kLog), std::size_t{1} << 30), 8);
+    while (words.ends_with('\n'))
+        words.pop_back();
     throw SolverError("the solver left no result (" + path + "): it did not converge, or it ended early" +
                       (words.empty() ? "" : "; its last words:\n" + words));
 }

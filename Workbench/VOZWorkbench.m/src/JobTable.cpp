@@ -245,7 +245,7 @@ std::optional<std::string> JobTable::Text(std::string const & i_key)
         return std::nullopt;
     if (!node->is_string())
         mContext->Fail(LineOfNode(*node), Name(i_key) + " must be a text, not " + Described(*node));
-    std::string const text = node->as_string()->get();
+    std::string text = node->as_string()->get();
     if (text.find('\0') != std::string::npos)
         mContext->Fail(LineOfNode(*node), Name(i_key) + " holds a zero character");
     Note(i_key, text, "", false);
@@ -270,7 +270,7 @@ std::string JobTable::NeededText(std::string const & i_key)
 std::string JobTable::Choice(std::string const & i_key, std::vector<std::string> const & i_choices,
                              std::string const & i_default)
 {
-    std::string const text = Text(i_key, i_default);
+    std::string text = Text(i_key, i_default);
     for (std::string const & choice : i_choices)
         if (text == choice)
             return text;

@@ -230,13 +230,14 @@ void FillMaterials(JobMaterial const & i_material, double i_thickness, JobLimits
     delete[] kernel.m_padPoints;
     kernel.m_nNumPoints = points;
     kernel.m_padPoints = points > 0 ? new double[2 * i_material.curve.size()] : nullptr;
+    double * point = kernel.m_padPoints;
     for (int i = 0; i < points; ++i)
     {
         auto const & [strain, stress] = i_material.curve[static_cast<std::size_t>(i)];
         io_material.setSSData(i, 0, strain);
         io_material.setSSData(i, 1, stress);
-        kernel.m_padPoints[2 * i] = strain;
-        kernel.m_padPoints[2 * i + 1] = stress * kPascalPerMegapascal;
+        *point++ = strain;
+        *point++ = stress * kPascalPerMegapascal;
     }
     kernel.m_dDensity = i_material.density;
     kernel.m_dYoungsModulus = i_material.modulus * kPascalPerMegapascal;

@@ -1,7 +1,8 @@
 // VOZTemplatePath.h: the installation and the open documents: install root, configuration file, material database.
 //
-// Static operations only. Texts are written to buffers of the caller, whose size is not checked: callers give 1,024
-// bytes. int operations return 0 or -1, long operations 0 or E_FAIL.
+// Static operations only. Texts are written to buffers of the caller, which hold kPathSize bytes; a longer text is
+// refused. int operations return 0 or -1, long operations 0 or E_FAIL, or where that is said the code of the interface
+// that failed.
 
 #ifndef VOZTEMPLATEPATH_H
 #define VOZTEMPLATEPATH_H
@@ -19,12 +20,15 @@ class ExportedByVOZDravo VOZTemplatePath : public CATBaseUnknown
     CATDeclareClass;
 
 public:
+    static constexpr int kPathSize = 1024; // bytes of a caller's buffer
+
     // The install root, "VOZDRAVO3D" or, where that is not set, "KELM7DRAVO3D". -1 without one (nothing is written) and
     // for one shorter than 3 characters (which is written).
     static int GetPath(char * o_path);
 
     // The file that all settings are read from, chosen anew at each call: "config.cfg" under the root, or the file of
-    // the template that the current part names, if "config.cfg" says where templates lie. -1 without a root.
+    // the template that the current part names, if "config.cfg" says where templates lie. -1 without a root, or where
+    // the template's file has too long a path.
     static int GetConfigPath(char * o_path);
 
     // Folder of the material database: "VOZMaterialDB"; else the configuration's "MaterialDBPath"; else "dat" under the
@@ -50,7 +54,7 @@ public:
     static CATICkeParm_var GetParameter(CATIParmPublisher_var i_publisher, char * i_name, int i_match);
 
     // The current part's container, and its publisher of parameters, with one reference for the caller. What is missing
-    // on the way is told on standard output.
+    // on the way is told on standard output. The first returns the code of CATInit or CATIPrtContainer where that fails.
     static long CreateInstanceContainer(CATIContainer ** o_container);
     static long CreatePartParmPublisher(CATIParmPublisher ** o_publisher);
 };

@@ -114,6 +114,51 @@ TEST_F(TemplatePath, ARootUnderThreeCharactersIsCopiedAndCountsAsMissing)
     EXPECT_EQ(mStatus, 0);
 }
 
+// The text that just fits, and the next one: cut short it would be the path of something else.
+TEST_F(TemplatePath, APathThatTheBufferCannotHoldIsRefused)
+{
+    auto const ofSize = [](std::size_t size) { return "/" + std::string(size - 1, 'r'); };
+    host.environment["VOZDRAVO3D"] = ofSize(1023);
+    EXPECT_EQ(RootPath(), ofSize(1023));
+    EXPECT_EQ(mStatus, 0);
+    host.environment["VOZDRAVO3D"] = ofSize(1024);
+    EXPECT_EQ(RootPath(), "untouched");
+    EXPECT_EQ(mStatus, -1);
+
+    std::size_t const tail = std::strlen("/config.cfg");
+    host.environment["VOZDRAVO3D"] = ofSize(1023 - tail);
+    EXPECT_EQ(ConfigPath(), ofSize(1023 - tail) + "/config.cfg");
+    EXPECT_EQ(mStatus, 0);
+    EXPECT_EQ(MatPath(), ofSize(1023 - tail) + "/dat");
+    EXPECT_EQ(mStatus, 0);
+    host.environment["VOZDRAVO3D"] = ofSize(1024 - tail);
+    EXPECT_EQ(ConfigPath(), "untouched");
+    EXPECT_EQ(mStatus, -1);
+    EXPECT_EQ(MatPath(), "untouched");
+    EXPECT_EQ(mStatus, -1);
+
+    host.environment["VOZMaterialDB"] = ofSize(1023);
+    EXPECT_EQ(MatPath(), ofSize(1023));
+    EXPECT_EQ(mStatus, 0);
+    host.environment["VOZMaterialDB"] = ofSize(100000);
+    EXPECT_EQ(MatPath(), "untouched");
+    EXPECT_EQ(mStatus, -1);
+}
+
+TEST_F(TemplatePath, ATemplateOfTooLongAPathIsNoConfiguration)
+{
+    root.Write("config.cfg", "TemplateLocation=/t\n");
+    std::size_t const around = std::strlen("/t\\.cfg");
+    OpenPart(std::string(1023 - around, 'n'));
+    EXPECT_EQ(ConfigPath(), "/t\\" + std::string(1023 - around, 'n') + ".cfg");
+    EXPECT_EQ(mStatus, 0);
+    OpenPart(std::string(1024 - around, 'n'));
+    ConfigPath();
+    EXPECT_EQ(mStatus, -1);
+    MatPath();
+    EXPECT_EQ(mStatus, -1);
+}
+
 TEST_F(TemplatePath, IncrementalTemplatesLieUnderTheFirstVariableOnly)
 {
     CATUnicodeString path("untouched");

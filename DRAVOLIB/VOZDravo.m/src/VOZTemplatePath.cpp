@@ -20,7 +20,6 @@ CATImplementClass(VOZTemplatePath, CATBaseUnknown)
 namespace
 {
 constexpr int kValueSize = 256; // what a value of the configuration file needs at most
-constexpr int kPathSize = 1024; // of every path buffer
 constexpr std::size_t kShortestPath = 3;
 constexpr int kEqual = 2; // of CATUnicodeString::Compare
 
@@ -29,6 +28,15 @@ char const * findRoot()
 {
     char const * const root = CATGetEnv("VOZDRAVO3D");
     return root != nullptr ? root : CATGetEnv("KELM7DRAVO3D");
+}
+
+// A text that the buffer cannot hold is refused: cut short it would be the path of something else.
+bool put(std::string const & text, char * o_path)
+{
+    if (text.size() >= VOZTemplatePath::kPathSize)
+        return false;
+    std::memcpy(o_path, text.c_str(), text.size() + 1);
+    return true;
 }
 
 bool isShort(char const * path)
@@ -111,9 +119,8 @@ long findSupportingPart(CATDocument *& o_document, CATDocument * analysis)
 int VOZTemplatePath::GetPath(char * o_path)
 {
     char const * const root = findRoot();
-    if (root == nullptr)
+    if (root == nullptr || !put(root, o_path))
         return -1;
-    std::strcpy(o_path, root);
     return isShort(o_path) ? -1 : 0;
 }
 
@@ -130,9 +137,8 @@ int VOZTemplatePath::GetIncrementalTemplatePath(CATUnicodeString & o_path)
 int VOZTemplatePath::GetConfigPath(char * o_path)
 {
     char const * const root = findRoot();
-    if (root == nullptr || isShort(root))
+    if (root == nullptr || isShort(root) || !put(std::string(root) + "/config.cfg", o_path))
         return -1;
-    std::strcpy(o_path, (std::string(root) + "/config.cfg").c_str());
 
     char location[kValueSize] = "";
     if (!readKey(o_path, "TemplateLocation", location))
@@ -141,9 +147,9 @@ int VOZTemplatePath::GetConfigPath(char * o_path)
     if (!choice)
         return 0;
     CATUnicodeString const name = choice->ValueAsText();
-    if (name != "Default")
-        std::strcpy(o_path, (std::string(location) + "\\" + name.ConvertToChar() + ".cfg").c_str());
-    return 0;
+    if (name == "Default")
+        return 0;
+    return put(std::string(location) + "\\" + name.ConvertToChar() + ".cfg", o_path) ? 0 : -1;
 }
 
 int VOZTemplatePath::GetMatPath(char * o_path)
@@ -151,9 +157,9 @@ int VOZTemplatePath::GetMatPath(char * o_path)
     char * value = nullptr;
     if (CATGetEnvValue("VOZMaterialDB", &value) == 0 && value != nullptr)
     {
-        std::strcpy(o_path, value);
+        bool const fits = put(value, o_path);
         std::free(value);
-        return 0;
+        return fits ? 0 : -1;
     }
     char const * const found = findRoot();
     if (found == nullptr || isShort(found))
@@ -165,8 +171,7 @@ int VOZTemplatePath::GetMatPath(char * o_path)
         return -1;
     char location[kValueSize] = "";
     bool const isConfigured = readKey(config, "MaterialDBPath", location);
-    std::strcpy(o_path, isConfigured ? location : (root + "/dat").c_str());
-    return 0;
+    return put(isConfigured ? location : root + "/dat", o_path) ? 0 : -1;
 }
 
 long VOZTemplatePath::GetAnalysisManager(CATISamAnalysisManager_var & o_manager, CATDocument * i_document)

@@ -54,7 +54,8 @@ public:
     static CATICkeParm_var GetParameter(CATIParmPublisher_var i_publisher, char * i_name, int i_match);
 
     // The current part's container, and its publisher of parameters, with one reference for the caller. What is missing
-    // on the way is told on standard output. The first returns the code of CATInit or CATIPrtContainer where that fails.
+    // on the way is told on standard output. The first returns the code of CATInit or CATIPrtContainer where that
+    // fails.
     static long CreateInstanceContainer(CATIContainer ** o_container);
     static long CreatePartParmPublisher(CATIParmPublisher ** o_publisher);
 };

@@ -6,8 +6,7 @@
 #include "ElemProperty.h"
 #include "Material.h"
 #include "Mesh.h"
-#include "VOZCatConfigPaser.h"
-#include "VOZTemplatePath.h"
+#include "ZoneLimits.h"
 
 #include <algorithm>
 #include <cmath>
@@ -16,47 +15,11 @@
 #include <memory>
 #include <new>
 
-namespace
-{
-constexpr int kPathSize = 1024;
-
-// The five limits of the configuration file; one that is missing there is 0.
-struct ZoneLimits
-{
-    explicit ZoneLimits(char * i_path)
-    {
-        VOZCatConfigPaser file(i_path);
-        file.ReadAndPaser(); // if it fails no limit is found
-        Read(file, "ThinningLimit", thinningLimit);
-        Read(file, "ThinningMargin", thinningMargin);
-        Read(file, "ShearLimit", shearLimit);
-        Read(file, "ShearMargin", shearMargin);
-        Read(file, "WrinkleLimit", wrinkleLimit);
-    }
-
-    double thinningLimit = 0.0;
-    double thinningMargin = 0.0;
-    double shearLimit = 0.0;
-    double shearMargin = 0.0;
-    double wrinkleLimit = 0.0;
-
-private:
-    template <std::size_t N>
-    static void Read(VOZCatConfigPaser & i_file, char const (&i_key)[N], double & o_value)
-    {
-        char key[N];
-        std::copy_n(i_key, N, key);
-        i_file.GetDouble(key, o_value);
-    }
-};
-} // namespace
-
 void Result::compute(ElemProperty const & i_property)
 {
-    char path[kPathSize] = "";
-    if (VOZTemplatePath::GetConfigPath(path) != 0)
+    ZoneLimits limits;
+    if (!limits.Read())
         return;
-    ZoneLimits const limits(path);
     for (int e = 1; e <= mNumElemResult; ++e)
     {
         FormingLimit const & limit = i_property.formingLimit(i_property.propertyIndex(e));
@@ -65,8 +28,7 @@ void Result::compute(ElemProperty const & i_property)
         double const trueMajor = limit.engToTrueStrain(major);
         double const trueMinor = limit.engToTrueStrain(minor);
         mThickStrain[e] = static_cast<float>(limit.trueToEngStrain(-trueMajor - trueMinor)); // constant volume
-        limit.zones(major, minor, mForming[e], mSafety[e], limits.thinningLimit, limits.thinningMargin,
-                    limits.shearLimit, limits.shearMargin, limits.wrinkleLimit);
+        limits.Classify(limit, major, minor, mForming[e], mSafety[e]);
     }
 }
 

@@ -18,7 +18,6 @@
 
 namespace
 {
-constexpr std::size_t kPathBytes = 1024;
 constexpr std::size_t kCommandBytes = 1024; // with the closing zero
 constexpr std::size_t kLeastPath = 3;       // a configuration path under three characters is none
 constexpr char const * kCannotStart = "Cannot create Process!";
@@ -43,7 +42,7 @@ int refuse()
 
 int Solver::run(char const * i_program, char const * i_inputFile)
 {
-    char path[kPathBytes] = {};
+    char path[VOZTemplatePath::kPathSize] = {};
     if (VOZTemplatePath::GetConfigPath(path) != 0 || std::strlen(path) < kLeastPath)
         return E_FAIL;
     VOZCatConfigPaser config(path);

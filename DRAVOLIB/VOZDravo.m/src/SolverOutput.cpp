@@ -10,14 +10,13 @@
 #include "DeckNumber.h"
 #include "MeshRows.h"
 #include "RowMath.h"
+#include "ZoneLimits.h"
 
 #include "CATError.h"
 #include "ElemProperty.h"
 #include "FormingLimit.h"
 #include "Result.h"
-#include "VOZCatConfigPaser.h"
 #include "VOZFile.h"
-#include "VOZTemplatePath.h"
 
 #include <algorithm>
 #include <array>
@@ -36,7 +35,6 @@ constexpr double kPi = 3.14159265358979323846;
 
 constexpr int kLineLength = 254;
 constexpr int kTokenSlots = 10;
-constexpr std::size_t kPathBytes = 1024;
 constexpr char const * kSpringbackMark = ".spo";
 
 // Splits at blanks, tabs and line feeds, in place. The first token goes to slot 0, null for an empty line; the next
@@ -332,39 +330,6 @@ void FormingOutput::SetNodeStrains(NodeSums const & i_sums)
     }
 }
 
-// The five limits of the configuration file; a missing one is 0, which switches its test off.
-struct ZoneLimits
-{
-    double thinning = 0.0;
-    double thinningMargin = 0.0;
-    double shear = 0.0;
-    double shearMargin = 0.0;
-    double wrinkle = 0.0;
-
-    bool Read();
-};
-
-bool ZoneLimits::Read()
-{
-    char path[kPathBytes] = {};
-    if (VOZTemplatePath::GetConfigPath(path) != 0)
-        return false;
-    VOZCatConfigPaser config(path);
-    config.ReadAndPaser();
-    struct
-    {
-        char key[16];
-        double & value;
-    } entries[] = {{"ThinningLimit", thinning},
-                   {"ThinningMargin", thinningMargin},
-                   {"ShearLimit", shear},
-                   {"ShearMargin", shearMargin},
-                   {"WrinkleLimit", wrinkle}};
-    for (auto & entry : entries)
-        config.GetDouble(entry.key, entry.value);
-    return true;
-}
-
 bool FormingOutput::SetZones(NodeSums const & i_sums)
 {
     int const numNode = mRows.numNode;
@@ -378,9 +343,8 @@ bool FormingOutput::SetZones(NodeSums const & i_sums)
     {
         int forming = 0;
         int safety = 0;
-        mProperty.formingLimit(mProperty.propertyIndex(e))
-            .zones(static_cast<double>(mResult.strain(e, 0)), static_cast<double>(mResult.strain(e, 1)), forming,
-                   safety, limits.thinning, limits.thinningMargin, limits.shear, limits.shearMargin, limits.wrinkle);
+        limits.Classify(mProperty.formingLimit(mProperty.propertyIndex(e)), static_cast<double>(mResult.strain(e, 0)),
+                        static_cast<double>(mResult.strain(e, 1)), forming, safety);
         mResult.forming(e, forming);
         mResult.safety(e, safety);
         for (int corner = 0; corner < meshrows::cornerCount(mRows.elems[e]); ++corner)

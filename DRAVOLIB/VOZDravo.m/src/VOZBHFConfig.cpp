@@ -22,7 +22,6 @@
 
 namespace
 {
-constexpr int kPathSize = 1024;
 constexpr int kNumValues = 5;            // BHFValue1 .. BHFValue5
 constexpr int kTotalForceOption = 5;     // the option whose force is the user's
 constexpr double kLocked = 4448220000.0; // in place of the table's 0.8: the edge does not move
@@ -58,8 +57,8 @@ public:
 
 CATImplementClass(VOZBHFConfig, CATBaseUnknown)
 
-    VOZBHFConfig::VOZBHFConfig(Friction const * i_friction, FullBlankHolder const * i_holder,
-                               ElemProperty const * i_property, ProcessEdgeSequence const * i_sequence)
+VOZBHFConfig::VOZBHFConfig(Friction const * i_friction, FullBlankHolder const * i_holder,
+                           ElemProperty const * i_property, ProcessEdgeSequence const * i_sequence)
     : m_pFriction(i_friction), m_pFullBlankHolder(i_holder), m_pElemProperty(i_property), m_pSequence(i_sequence),
       m_dForce(0.0), m_dRestraint(0.0), m_dLength(0.0)
 {
@@ -67,7 +66,7 @@ CATImplementClass(VOZBHFConfig, CATBaseUnknown)
 
 double VOZBHFConfig::EvalForce(VOZMechanicalProp_s const * i_records, int i_recordCount)
 {
-    char path[kPathSize] = "";
+    char path[VOZTemplatePath::kPathSize] = "";
     if (VOZTemplatePath::GetConfigPath(path) != 0)
         return m_dForce;
     Settings const settings(path);

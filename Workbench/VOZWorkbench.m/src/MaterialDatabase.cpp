@@ -47,7 +47,7 @@ DatabaseMaterial Converted(VOZAPIMaterialList const & i_entry)
 
 std::string DefaultDatabase()
 {
-    std::array<char, 1024> path{};
+    std::array<char, VOZTemplatePath::kPathSize> path{};
     return VOZTemplatePath::GetMatPath(path.data()) == 0 ? std::string(path.data()) : std::string();
 }
 

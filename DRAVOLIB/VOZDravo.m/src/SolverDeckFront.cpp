@@ -17,13 +17,13 @@
 #include "LoopFilters.h"
 #include "Symmetry.h"
 #include "VOZFile.h"
+#include "VOZUserUnitBase.h"
 
 #include <charconv>
 #include <cstring>
 
 namespace
 {
-constexpr double kMmPerInch = 25.4;
 constexpr std::size_t kIntBytes = 16; // of the longest int as text
 constexpr float kLargeLoopRatio = 0.2f;
 
@@ -242,7 +242,8 @@ void DeckBody::WriteNodes()
     {
         double local[3];
         frame.fromGlobal(rows.nodes[n], local);
-        mOut.Row(n, local[0] / kMmPerInch, local[1] / kMmPerInch, local[2] / kMmPerInch);
+        mOut.Row(n, VOZUserUnitBase::MmToInch(local[0]), VOZUserUnitBase::MmToInch(local[1]),
+                 VOZUserUnitBase::MmToInch(local[2]));
     }
 }
 

@@ -1,6 +1,6 @@
 // SolverDeckTables.cpp: the one-step deck from the materials on: constraints, pads, blank holders, beads, curves.
 //
-// Lengths are divided by 25.4 where it is written so and stand as held elsewhere; stresses, pressures and forces are
+// Lengths become inches where it is written so and stand as held elsewhere; stresses, pressures and forces are
 // never converted. Record P of block V comes twice, and every bead row carries the last bead's force: the program at
 // the other end knows the deck so.
 
@@ -16,6 +16,7 @@
 #include "Material.h"
 #include "Symmetry.h"
 #include "VOZBHFConfig.h"
+#include "VOZUserUnitBase.h"
 
 #include <cstring>
 #include <new>
@@ -23,7 +24,6 @@
 
 namespace
 {
-constexpr double kMmPerInch = 25.4;
 constexpr double kUpliftPerForce = 0.0001575; // of this deck; the kernel's records have a factor of their own
 constexpr double kLeastFriction = 0.001;      // at or below it a holder's force cannot be told from its restraint
 constexpr int kLeastCurvePoints = 4;
@@ -54,7 +54,7 @@ std::string restraintRow(double restraint)
 
 double deckLength(BlankHolder const & holder, VOZCatMesh const & mesh)
 {
-    return holder.length(&mesh) / kMmPerInch;
+    return VOZUserUnitBase::MmToInch(holder.length(&mesh));
 }
 
 // A value that is exactly 0 is written without decimals.
@@ -86,7 +86,7 @@ void DeckBody::WriteMaterial(int i_number)
 {
     Material const & m = mJob.material;
     mOut.Row(i_number, "0.0 0.0 0.0", m.yield(), m.nvalue(), m.rBar(), m.intercept());
-    mOut.Row("0 0.0 0.0 0.0 0.0", m.thickness() / kMmPerInch, "0.0 0.0");
+    mOut.Row("0 0.0 0.0 0.0 0.0", VOZUserUnitBase::MmToInch(m.thickness()), "0.0 0.0");
     mOut.Row(kMaterialLine3);
 }
 
@@ -149,7 +149,7 @@ void DeckBody::WriteDispBCRows(int i_table)
         for (int const flag : bc.flags)
             mOut.Number(flag);
         for (int i = 0; i < 6; ++i)
-            writeDispValue(mOut, bc.values[i], i < 3 ? bc.values[i] / kMmPerInch : bc.values[i]);
+            writeDispValue(mOut, bc.values[i], i < 3 ? VOZUserUnitBase::MmToInch(bc.values[i]) : bc.values[i]);
         mOut.Row(" 0");
     }
 }
@@ -221,7 +221,7 @@ void DeckBody::WriteFullHolder()
     auto const writeHead = [&](int loop)
     {
         ++number;
-        double const length = loops.loopLength(loop) / kMmPerInch;
+        double const length = VOZUserUnitBase::MmToInch(loops.loopLength(loop));
         if (full.length > 0.0)
             force = length * full.force / full.length;
         mOut.Row(number, loops.numLoopEdges(loop), force, 2, friction, length, 1, number, "0 0 1");

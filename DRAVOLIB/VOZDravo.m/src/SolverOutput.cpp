@@ -17,6 +17,7 @@
 #include "FormingLimit.h"
 #include "Result.h"
 #include "VOZFile.h"
+#include "VOZUserUnitBase.h"
 
 #include <algorithm>
 #include <array>
@@ -28,7 +29,6 @@
 
 namespace
 {
-constexpr double kMmPerInch = 25.4;
 constexpr double kPaPerPsi = 6895.0;       // of the stress column of triangles
 constexpr double kNewtonPerLbf = 4.448222; // of the punch force
 constexpr double kPi = 3.14159265358979323846;
@@ -204,7 +204,7 @@ private:
 void readTriple(OutputLines const & lines, int firstToken, double (&o_row)[3])
 {
     for (int c = 0; c < 3; ++c)
-        o_row[c] = lines.Value(firstToken + c) * kMmPerInch;
+        o_row[c] = VOZUserUnitBase::InchToMm(lines.Value(firstToken + c));
 }
 
 void FormingOutput::ReadNodes()
@@ -287,7 +287,7 @@ void FormingOutput::ReadElements(NodeSums & io_sums)
 
 void FormingOutput::SetTriangle(int e, ElementRow const & i_row)
 {
-    mResult.thickness(e, static_cast<float>(i_row.thickness * kMmPerInch));
+    mResult.thickness(e, static_cast<float>(VOZUserUnitBase::InchToMm(i_row.thickness)));
     mResult.strain(e, 0, static_cast<float>(i_row.major));
     mResult.strain(e, 1, static_cast<float>(i_row.minor));
     mResult.strain(e, 2, static_cast<float>(i_row.angle * 180.0 / kPi));
@@ -306,7 +306,7 @@ void FormingOutput::SetQuadrilateral(int e, ElementRow const (&i_rows)[4])
         sum.stress += row.stress;
         sum.angle += row.angle;
     }
-    mResult.thickness(e, static_cast<float>(sum.thickness * kMmPerInch * 0.25));
+    mResult.thickness(e, static_cast<float>(VOZUserUnitBase::InchToMm(sum.thickness) * 0.25));
     mResult.strain(e, 0, static_cast<float>(sum.major * 0.25));
     mResult.strain(e, 1, static_cast<float>(sum.minor * 0.25));
     mResult.strain(e, 2, static_cast<float>(sum.angle * 180.0 / kPi)); // the sum: never divided by four

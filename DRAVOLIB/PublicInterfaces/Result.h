@@ -62,7 +62,9 @@ public:
     // Per element.
     float thickness(int i_elem) const;
     void thickness(int i_elem, float i_value);
-    float strain(int i_elem, int i_comp) const; // raw; 0 major, 1 minor, 2 thickness strain, percent
+    // 0 major, 1 minor, 2 thickness strain, percent; after the file route 2 is the principal angle in degrees, of a
+    // quadrilateral the sum of its four.
+    float strain(int i_elem, int i_comp) const; // raw
     void strain(int i_elem, int i_comp, float i_value) const;
     float thickStrain(int i_elem) const;
     void thickStrain(int i_elem, float i_value);

@@ -10,11 +10,13 @@
 
 #include <gtest/gtest.h>
 
+#include <climits>
 #include <cmath>
 #include <functional>
 #include <memory>
 #include <random>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 namespace
@@ -50,6 +52,8 @@ public:
     using Result::Result;
 };
 } // namespace
+
+static_assert(std::has_virtual_destructor_v<Result> && std::has_virtual_destructor_v<EnergyCalculator>);
 
 class ResultStore : public ConfigFixture
 {
@@ -316,6 +320,12 @@ TEST_F(ResultStore, TheNodeCountMovesTheBoundAndNoMemory)
     result.numNodeResult(1000); // beyond what there is: still reported, still index 0
     EXPECT_EQ(result.nforming(5), 1);
     EXPECT_EQ(result.nforming(7), 0);
+    EXPECT_EQ(reported(), std::vector<std::string>({kNodeBound}));
+    result.numNodeResult(INT_MAX);
+    EXPECT_EQ(result.nforming(5), 1);
+    EXPECT_TRUE(host.reports.empty());
+    result.numNodeResult(-2); // not even index 0 is within
+    EXPECT_EQ(result.nforming(0), 0);
     EXPECT_EQ(reported(), std::vector<std::string>({kNodeBound}));
 }
 

@@ -81,20 +81,19 @@ Result::~Result() = default;
 // A count that was raised has no rows of its own: the arrays' size bounds the index too.
 int Result::NodeRow(int i_node) const
 {
-    bool const within =
-        i_node >= 0 && i_node < mNumNodeResult + 1 && static_cast<std::size_t>(i_node) < mArrays->nodeRows;
+    bool const within = i_node >= 0 && i_node <= mNumNodeResult && static_cast<std::size_t>(i_node) < mArrays->nodeRows;
     return VOZ_ASSERTION(within, "node >= 0 && node < (mNumNodeResult+1)") ? i_node : 0;
 }
 
 int Result::ElemRow(int i_elem) const
 {
-    bool const within = i_elem >= 0 && i_elem < mNumElemResult + 1;
+    bool const within = i_elem >= 0 && i_elem <= mNumElemResult;
     return VOZ_ASSERTION(within, "elem >= 0 && elem < (mNumElemResult+1)") ? i_elem : 0;
 }
 
 int Result::AllocRow(int i_node) const
 {
-    bool const within = i_node >= 0 && i_node < mAlloc + 1;
+    bool const within = i_node >= 0 && i_node <= mAlloc;
     return VOZ_ASSERTION(within, "node >= 0 && node < (mAlloc+1)") ? i_node : 0;
 }
 

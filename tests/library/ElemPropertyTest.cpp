@@ -4,6 +4,7 @@
 
 #include "HostFixture.h"
 #include "Mesh.h"
+#include "RecordBytes.h"
 #include "SampleMeshes.h"
 #include "VOZMaterial.h"
 
@@ -789,6 +790,17 @@ TEST(FullBlankHolder, StartsInactive)
     EXPECT_EQ(holder.totalForce(), 0.0);
     EXPECT_EQ(holder.option(), -1);
     EXPECT_FALSE(holder.isActive());
+}
+
+TEST(FullBlankHolder, FieldsStandInTheirOrder)
+{
+    FullBlankHolder holder;
+    holder.factor(0.3);
+    holder.totalForce(5e4);
+    holder.option(2);
+    EXPECT_EQ(valueAt<double>(&holder, 0), 0.3);
+    EXPECT_EQ(valueAt<double>(&holder, 8), 5e4);
+    EXPECT_EQ(valueAt<int>(&holder, 16), 2);
 }
 
 TEST(FullBlankHolder, IsActiveByAnyOfItsThree)

@@ -4,6 +4,7 @@
 #include "FormingLimit.h"
 
 #include "Material.h"
+#include "RecordBytes.h"
 
 #include <gtest/gtest.h>
 
@@ -11,6 +12,7 @@
 #include <initializer_list>
 #include <ostream>
 #include <random>
+#include <type_traits>
 
 namespace
 {
@@ -60,6 +62,21 @@ double percent(double trueStrain)
     return (std::exp(trueStrain) - 1.0) * 100.0;
 }
 } // namespace
+
+static_assert(std::has_virtual_destructor_v<FormingLimit> && sizeof(FormingLimit) == 64);
+static_assert(!std::is_polymorphic_v<FldZero> && sizeof(FldZero) == 16);
+
+TEST(FormingLimit, FieldsStandInTheirOrderBehindTheOneVirtualOperation)
+{
+    FormingLimit const limit(1.5, 0.22, 0.001, 10.0, 2.0, 33.0, 1);
+    EXPECT_EQ(valueAt<double>(&limit, 8), limit.thickness());
+    EXPECT_EQ(valueAt<double>(&limit, 16), limit.rBar());
+    EXPECT_EQ(valueAt<double>(&limit, 24), limit.exponent());
+    EXPECT_EQ(valueAt<double>(&limit, 32), limit.safetyMargin());
+    EXPECT_EQ(valueAt<double>(&limit, 40), limit.planeStrainTol());
+    EXPECT_EQ(valueAt<double>(&limit, 48), limit.fldZero());
+    EXPECT_EQ(valueAt<int>(&limit, 56), limit.type());
+}
 
 TEST(FormingLimit, DefaultIsAllZero)
 {
@@ -246,33 +263,80 @@ TEST(FormingLimitZones, WithoutABandOnlyMinorZeroIsPlaneStrain)
 
 namespace
 {
-// Below the cut the minor true strain is -5 exactly; with this major one, whose true strain is 5 exactly, a pair stands
-// on a bound.
-double majorOfTrueFive()
+// Below the cut the minor true strain is -5 exactly; with a major one whose true strain is a round number too, a pair
+// stands on a bound.
+double majorOfTrue(double strain)
 {
-    double major = percent(5.0) - 1e-9;
-    while (std::log(major / 100.0 + 1.0) < 5.0)
+    double major = percent(strain) - 1e-9;
+    while (std::log(major / 100.0 + 1.0) < strain)
         major = std::nextafter(major, 1e9);
-    EXPECT_EQ(std::log(major / 100.0 + 1.0), 5.0);
+    EXPECT_EQ(std::log(major / 100.0 + 1.0), strain);
     return major;
 }
 } // namespace
 
 TEST(FormingLimitZones, TheBandsOwnBoundIsPlaneStrain)
 {
-    double const major = majorOfTrueFive();
+    double const major = majorOfTrue(5.0);
     FormingLimit const band(1.0, 0.2, 1.0, 10.0, 100.0, 1e9, 0);
     EXPECT_EQ(zonesOf(band, major, -99.0).forming, 1);
     EXPECT_EQ(zonesOf(band, major - 1e-9, -99.0).forming, 4);
 }
 
-TEST(FormingLimitZones, TheLineOfPureShearBelongsToTheZoneBeyond)
+// With r = 1 and E2 = -5 the lines are at E1 = 10, 5 and 2.5.
+TEST(FormingLimitZones, EachLineBelongsToTheZoneBeyond)
 {
-    double const major = majorOfTrueFive();
     FormingLimit const limit = limitWith(1e9);
-    EXPECT_EQ(zonesOf(limit, major, -99.0).forming, 4);
-    EXPECT_EQ(zonesOf(limit, major + 1e-9, -99.0).forming, 3);
-    EXPECT_EQ(zonesOf(limit, major - 1e-9, -99.0).forming, 4);
+    struct
+    {
+        double e1;
+        int inside, beyond;
+    } const rows[] = {{10.0, 2, 3}, {5.0, 3, 4}, {2.5, 4, 5}};
+    for (auto const & row : rows)
+    {
+        double const major = majorOfTrue(row.e1);
+        double const step = 1e-9 * major;
+        EXPECT_EQ(zonesOf(limit, major, -99.0).forming, row.beyond) << row.e1;
+        EXPECT_EQ(zonesOf(limit, major + step, -99.0).forming, row.inside) << row.e1;
+        EXPECT_EQ(zonesOf(limit, major - step, -99.0).forming, row.beyond) << row.e1;
+    }
+}
+
+TEST(FormingLimitZones, AThinningLimitThatIsJustReachedIsNotPassed)
+{
+    double const major = majorOfTrue(5.0); // E3 is -5
+    FormingLimit const limit = limitWith(1e9);
+    double const above = std::nextafter(-5.0, 0.0);
+    struct
+    {
+        double limit, margin;
+        int safety;
+    } const rows[] = {{-5.0, -5.0, 2}, {above, -9.0, 0}, {-5.0, above, 1}};
+    for (auto const & row : rows)
+    {
+        Limits limits;
+        limits.thinning = row.limit;
+        limits.thinningMargin = row.margin;
+        EXPECT_EQ(zonesOf(limit, major, 0.0, limits), (Zones{1, row.safety})) << row.limit << ' ' << row.margin;
+    }
+}
+
+// Equal strains, and a limit too small to add anything to 1: both sides of the test are the same number.
+TEST(FormingLimitZones, AShearLimitThatIsJustReachedIsNotPassed)
+{
+    FormingLimit const limit = limitWith(1e9);
+    struct
+    {
+        double limit, margin;
+        int safety;
+    } const rows[] = {{1e-17, 0.0, 2}, {-1e-9, 0.0, 0}, {1e-17, -1e-9, 1}};
+    for (auto const & row : rows)
+    {
+        Limits limits;
+        limits.shear = row.limit;
+        limits.shearMargin = row.margin;
+        EXPECT_EQ(zonesOf(limit, 20.0, 20.0, limits), (Zones{0, row.safety})) << row.limit << ' ' << row.margin;
+    }
 }
 
 TEST(FormingLimitZones, OnTheLimitCurveIsFailureAndOnTheSafetyCurveMarginal)

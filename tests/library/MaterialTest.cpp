@@ -2,7 +2,11 @@
 
 #include "Material.h"
 
+#include "RecordBytes.h"
+
 #include <gtest/gtest.h>
+
+#include <type_traits>
 
 namespace
 {
@@ -35,6 +39,22 @@ TEST(Material, StartsAsAMildSteelWithoutTablesAndName)
     EXPECT_EQ(material.numSSPoints(), 0);
     EXPECT_EQ(material.numFLCPoints(), 0);
     EXPECT_TRUE(material.GetName().IsNull());
+}
+
+static_assert(!std::is_polymorphic_v<Material> && sizeof(Material) == 72 + sizeof(CATUnicodeString));
+
+TEST(Material, FieldsStandInTheirOrder)
+{
+    Material const material = withTables();
+    EXPECT_EQ(valueAt<double>(&material, 0), material.thickness());
+    EXPECT_EQ(valueAt<double>(&material, 8), material.rBar());
+    EXPECT_EQ(valueAt<double>(&material, 16), material.nvalue());
+    EXPECT_EQ(valueAt<double>(&material, 24), material.intercept());
+    EXPECT_EQ(valueAt<double>(&material, 32), material.yield());
+    EXPECT_EQ(valueAt<int>(&material, 40), 4);
+    EXPECT_NE(valueAt<void *>(&material, 48), nullptr);
+    EXPECT_EQ(valueAt<int>(&material, 56), 2);
+    EXPECT_NE(valueAt<void *>(&material, 64), nullptr);
 }
 
 TEST(Material, TakesItsFiveNumbersInOrder)

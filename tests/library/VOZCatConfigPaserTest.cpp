@@ -11,6 +11,7 @@
 #include <cstring>
 #include <memory>
 #include <string>
+#include <type_traits>
 
 namespace
 {
@@ -66,6 +67,10 @@ public:
     using VOZCatConfigPaser::VOZCatConfigPaser;
 };
 } // namespace
+
+// One virtual operation, the path, two arrays and the count.
+static_assert(std::has_virtual_destructor_v<VOZCatConfigPaser>);
+static_assert(sizeof(VOZCatConfigPaser) == sizeof(void *) + 256 + 3 * sizeof(void *));
 
 TEST_F(ConfigFile, SplitsALineAtItsFirstEqualsSign)
 {

@@ -273,31 +273,69 @@ TEST_F(OneStepSolver, LocksTheRimWhereTheHolderSaysSo)
     EXPECT_NEAR(job.blankRadius(*result), kRim, 1.0e-4);
 }
 
-TEST_F(OneStepSolver, MovesNodesFromThePartToTheFlatAsPrescribed)
+namespace
 {
-    // A flat plate of 20 x 10 mm, squeezed by half a millimetre from both sides; y is fixed at one corner.
-    ex::SurfaceMesh const plate = ex::extrude(ex::Profile({0.0, 0.0}, 0.0).line(20.0, 4), 10.0, 2, ex::Cells::Quads);
-    SheetJob job(plate, Symmetry(false, false));
-    job.property.sizeDispBC(2);
+// A flat plate of 20 x 10 mm that the flat squeezes by half a millimetre from both sides: uniaxial tension along x.
+std::unique_ptr<SheetJob> pulledPlate(ex::Cells cells)
+{
+    auto job = std::make_unique<SheetJob>(ex::extrude(ex::Profile({0.0, 0.0}, 0.0).line(20.0, 4), 10.0, 2, cells),
+                                          Symmetry(false, false));
+    job->property.sizeDispBC(2);
     for (int table = 1; table <= 2; ++table)
     {
         double const x = table == 1 ? 0.0 : 20.0;
         std::vector<int> nodes;
-        for (int n = 1; n <= job.mesh.numNode(); ++n)
-            if (std::fabs(job.mesh.NodeValue(n, 0) - x) < 1.0e-9)
+        for (int n = 1; n <= job->mesh.numNode(); ++n)
+            if (std::fabs(job->mesh.NodeValue(n, 0) - x) < 1.0e-9)
                 nodes.push_back(n);
-        DispBC & bc = job.property.dispBCs(table);
+        DispBC & bc = job->property.dispBCs(table);
         bc.setSize(static_cast<int>(nodes.size()));
         std::copy(nodes.begin(), nodes.end(), bc.nodes);
         bc.setCode(0b000001);
         bc.values[0] = table == 1 ? 0.5 : -0.5;
     }
-    auto const result = job.solve();
+    return job;
+}
+} // namespace
+
+TEST_F(OneStepSolver, MovesNodesFromThePartToTheFlatAsPrescribed)
+{
+    auto const job = pulledPlate(ex::Cells::Quads);
+    auto const result = job->solve();
     ASSERT_TRUE(result);
-    for (int n = 1; n <= job.mesh.numNode(); ++n)
-        EXPECT_NEAR(result->disp1(n, 0), 0.5 - 0.05 * job.mesh.NodeValue(n, 0), 2.0e-3) << n;
-    for (int e = 1; e <= job.mesh.numElem(); ++e)
-        EXPECT_NEAR(result->strain(e, 0), 100.0 * (20.0 / 19.0 - 1.0), 0.01);
+    for (int n = 1; n <= job->mesh.numNode(); ++n)
+        EXPECT_NEAR(result->disp1(n, 0), 0.5 - 0.05 * job->mesh.NodeValue(n, 0), 2.0e-3) << n;
+}
+
+TEST_F(OneStepSolver, GivesEachQuantityOfATensileTestInItsUnit)
+{
+    double const r = 1.79;
+    double const h = std::log(20.0 / 19.0);
+    for (ex::Cells const cells : {ex::Cells::Triangles, ex::Cells::Quads})
+    {
+        auto const job = pulledPlate(cells);
+        auto const result = job->solve();
+        ASSERT_TRUE(result);
+        for (int e = 1; e <= job->mesh.numElem(); ++e)
+        {
+            EXPECT_NEAR(result->strain(e, 0), 100.0 * std::expm1(h), 0.01);
+            EXPECT_NEAR(result->strain(e, 1), 100.0 * std::expm1(-h * r / (1.0 + r)), 0.02);
+            EXPECT_NEAR(result->thickness(e), kThickness * std::exp(-h / (1.0 + r)), 1.0e-4);
+            EXPECT_NEAR(result->stress(e), 271.0e6, 2.0e6); // the curve at 0.0513, pascals
+            if (job->mesh.isTriangle(e) == 0)
+                continue;
+            double const factor = std::sqrt(2.0 * (2.0 + r) / (3.0 * (1.0 + r)));
+            EXPECT_NEAR(result->EquivalentStrain(e), 100.0 * std::expm1(factor * h), 0.01);
+            int const a = job->mesh.ElementValue(e, 0);
+            int const b = job->mesh.ElementValue(e, 1);
+            double const side = std::atan2(job->mesh.NodeValue(b, 1) - job->mesh.NodeValue(a, 1),
+                                           job->mesh.NodeValue(b, 0) - job->mesh.NodeValue(a, 0));
+            double const angle = static_cast<double>(result->strain(e, 2)) * std::acos(-1.0) / 180.0;
+            EXPECT_NEAR(std::sin(side + angle), 0.0, 1.0e-3) << e; // together they turn from x to x
+            EXPECT_GE(angle, 0.0);
+            EXPECT_LT(angle, 3.1416);
+        }
+    }
 }
 
 TEST_F(OneStepSolver, CarriesBeadsPadsAndToolFriction)

@@ -97,6 +97,7 @@ namespace
 std::vector<Point2> rectangle(double length, double width, int cellsAlong, int cellsAcross)
 {
     std::vector<Point2> points;
+    points.reserve(static_cast<std::size_t>(2 * cellsAlong) + static_cast<std::size_t>(2 * cellsAcross));
     for (int i = 0; i < cellsAlong; ++i)
         points.push_back({length * i / cellsAlong, 0.0});
     for (int i = 0; i < cellsAcross; ++i)

@@ -151,8 +151,9 @@ void ReadTable(VOZMechanicalProp_s const & i_prop, int i_nMaterial, MaterialLaw 
 {
     for (int i = 0; i < i_prop.m_nNumPoints; ++i)
     {
-        double const strain = i_prop.m_padPoints[2 * i];
-        double const stress = i_prop.m_padPoints[2 * i + 1];
+        double const * const padPoint = i_prop.m_padPoints + 2 * static_cast<std::ptrdiff_t>(i);
+        double const strain = padPoint[0];
+        double const stress = padPoint[1];
         Expect(strain, 0.0, 100.0, "the strain of point ", i, " of the table of material ", i_nMaterial);
         Expect(stress, 1.0e3, 1.0e12, "the stress, in Pa, of point ", i, " of the table of material ", i_nMaterial);
         if (i > 0 && !(strain > o_law.table.back()[0] && stress >= o_law.table.back()[1]))

@@ -19,7 +19,7 @@ std::string PathInFolder(unsigned short const * i_strFolder, unsigned short cons
 {
     if (!i_strName || i_strName[0] == 0)
         return {};
-    std::string const name = CATUnicodeString(i_strName).ConvertToChar();
+    std::string name = CATUnicodeString(i_strName).ConvertToChar();
     if (!i_strFolder || i_strFolder[0] == 0)
         return name;
     return TextOf(CATUnicodeString(i_strFolder).ConvertToChar(), "/", name);

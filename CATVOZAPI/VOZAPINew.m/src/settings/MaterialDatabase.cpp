@@ -317,6 +317,7 @@ private:
     static std::string ElementNames()
     {
         std::vector<std::string> names;
+        names.reserve(kQuantities.size() + 2);
         for (Quantity const & quantity : kQuantities)
             names.emplace_back(quantity.element);
         names.insert(names.end(), {"curve", "source"});

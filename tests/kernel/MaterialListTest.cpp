@@ -9,6 +9,7 @@
 #include <cmath>
 #include <filesystem>
 #include <fstream>
+#include <random>
 #include <set>
 #include <string>
 
@@ -228,6 +229,47 @@ TEST_F(MaterialList, EveryPrefixOfAGoodFileIsRefusedOrEmpty)
     std::string const text = document(material("steel", kNumbers + kSource));
     for (std::size_t length = 0; length + 2 < text.size(); ++length)
         EXPECT_EQ(List(write("m.xml", text.substr(0, length))).first, nullptr) << length;
+}
+
+// Bytes struck out, doubled, changed, and parts of the file swapped: a list, or a message that begins with the file.
+TEST_F(MaterialList, MutatedFilesAreReadOrRefused)
+{
+    std::string const good =
+        document(material("steel", kNumbers + kSource + "<curve unit=\"MPa\"><point strain=\"0\" stress=\"157\"/>" +
+                                       "<point strain=\"0.2\" stress=\"376\"/></curve>") +
+                 material("brass", kNumbers + kSource));
+    std::mt19937 random(11);
+    auto const below = [&random](std::size_t n) { return static_cast<std::size_t>(random() % n); };
+    for (int turn = 0; turn < 400; ++turn)
+    {
+        std::string text = good;
+        for (std::size_t change = 0; change <= below(4); ++change)
+        {
+            std::size_t const at = below(text.size());
+            switch (below(4))
+            {
+            case 0:
+                text.erase(at, 1 + below(30));
+                break;
+            case 1:
+                text[at] = static_cast<char>(random() % 256);
+                break;
+            case 2:
+                text.insert(at, text.substr(below(text.size()), below(60)));
+                break;
+            default:
+                text.insert(at, 1 + below(3), "<>&\"'/=-9e"[below(10)]);
+            }
+        }
+        std::string const file = write("m.xml", text);
+        List const list(file);
+        if (!list.first && !list.error.IsNull())
+        {
+            EXPECT_EQ(std::string(list.error.ConvertToChar()).rfind(file, 0), 0U) << list.error.ConvertToChar();
+        }
+        for (VOZAPIMaterialList * entry = list.first; entry; entry = entry->GetNext())
+            EXPECT_TRUE(std::isfinite(entry->GetMaterial()->m_dKValue));
+    }
 }
 
 TEST_F(MaterialList, RefusesTwoMaterialsOfOneNameAndTellsBothPlaces)

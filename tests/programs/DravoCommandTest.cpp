@@ -13,6 +13,12 @@ namespace
 class DravoCommand : public CommandFixture
 {
 protected:
+    void SetUp() override
+    {
+        if (std::filesystem::path::preferred_separator != '/')
+            GTEST_SKIP() << "commands and scripts need a shell";
+    }
+
     // Standard error of a pipe holds no escape sequences.
     static bool IsPlain(std::string const & i_text) { return i_text.find('\x1b') == std::string::npos; }
 };

@@ -55,7 +55,6 @@ protected:
         EXPECT_TRUE(job.warnings.empty()) << job.warnings.front();
         RunOptions options;
         options.out = Folder();
-        options.solver = VOZ_BINARY_DIR "/bin/OneStepSolver";
         RunObserver nobody;
         RunRecord record = RunJob(job, options, nobody);
         EXPECT_FALSE(HasFailedCheck(record.outcome)) << SummaryText(record);

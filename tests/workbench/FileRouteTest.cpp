@@ -41,6 +41,12 @@ protected:
         std::filesystem::create_directories(Folder() + "/solver");
     }
 
+    void SetUp() override
+    {
+        if (std::filesystem::path::preferred_separator != '/')
+            GTEST_SKIP() << "the scripts need a shell";
+    }
+
     // A program that does what the shell lines say; $2 is the deck.
     std::string Script(std::string const & i_lines) const
     {

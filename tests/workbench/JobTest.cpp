@@ -41,6 +41,11 @@ protected:
     }
     std::string RefusalWith(std::string const & i_more) const { return RefusalOf(Sound() + i_more); }
 
+    std::string InFolder(std::string const & i_name) const
+    {
+        return (std::filesystem::path(Folder()) / i_name).string();
+    }
+
     // Where the text stands in a file of this many lines before it.
     static std::string At(int i_line) { return "job.toml:" + std::to_string(i_line) + ":"; }
 };
@@ -63,7 +68,7 @@ TEST_F(JobTest, ReadsASoundJobWithItsDefaults)
     EXPECT_EQ(job.name, "JobTest.ReadsASoundJobWithItsDefaults") << "a job.toml goes by its folder";
     EXPECT_EQ(job.title, job.name);
     EXPECT_EQ(ParseJob(Sound(), Folder() + "/cup.toml").name, "cup");
-    EXPECT_EQ(job.mesh, Folder() + "/part.bdf");
+    EXPECT_EQ(job.mesh, InFolder("part.bdf"));
     EXPECT_EQ(job.thickness, 0.78);
     ASSERT_EQ(job.materials.size(), 1U);
     EXPECT_EQ(job.materials[0].strength, 565.32);
@@ -193,8 +198,9 @@ TEST_F(JobTest, AFileThatCannotBeReadIsRefused)
 TEST_F(JobTest, PathsAreRelativeToTheJobFile)
 {
     Job const job = ParseJob(Sound() + "[output]\nfolder = \"results\"\n", JobPath());
-    EXPECT_EQ(job.outputs.folder, Folder() + "/results");
-    EXPECT_EQ(ParseJob(Sound() + "[output]\nfolder = \"/tmp/x\"\n", JobPath()).outputs.folder, "/tmp/x");
+    EXPECT_EQ(job.outputs.folder, InFolder("results"));
+    std::string const absolute = std::filesystem::path(InFolder("elsewhere")).generic_string();
+    EXPECT_EQ(ParseJob(Sound() + "[output]\nfolder = \"" + absolute + "\"\n", JobPath()).outputs.folder, absolute);
 }
 
 TEST_F(JobTest, TheYieldStressCanBeSaidByThePrestrain)

@@ -28,21 +28,21 @@ struct SourceStem
 {
     Char text[N] = {};
 
-    constexpr explicit SourceStem(char const (&path)[N])
+    constexpr explicit SourceStem(char const (&i_path)[N])
     {
         int begin = 0;
         int end = N - 1;
         for (int i = 0; i < N - 1; ++i)
-            if (path[i] == '/' || path[i] == '\\')
+            if (i_path[i] == '/' || i_path[i] == '\\')
                 begin = i + 1;
         for (int i = begin; i < N - 1; ++i)
-            if (path[i] == '.')
+            if (i_path[i] == '.')
             {
                 end = i;
                 break;
             }
         for (int i = begin; i < end; ++i)
-            text[i - begin] = static_cast<Char>(path[i]);
+            text[i - begin] = static_cast<Char>(i_path[i]);
     }
 };
 

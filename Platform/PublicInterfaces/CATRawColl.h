@@ -43,8 +43,7 @@ public:
     {
         std::vector<Value> unwanted = i_values.mValues;
         std::sort(unwanted.begin(), unwanted.end());
-        auto const isUnwanted = [&](Value value)
-        { return std::binary_search(unwanted.begin(), unwanted.end(), value); };
+        auto const isUnwanted = [&](Value v) { return std::binary_search(unwanted.begin(), unwanted.end(), v); };
         mValues.erase(std::remove_if(mValues.begin(), mValues.end(), isUnwanted), mValues.end());
     }
 

@@ -251,6 +251,7 @@ long VOZTemplatePath::GetLinkPartDocument(CATDocument *& o_document, CATDocument
     return 0;
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the interface's signature
 CATICkeParm_var VOZTemplatePath::GetParameter(CATIParmPublisher_var i_publisher, char * i_name, int i_match)
 {
     if (!i_publisher)
@@ -258,7 +259,7 @@ CATICkeParm_var VOZTemplatePath::GetParameter(CATIParmPublisher_var i_publisher,
     CATUnicodeString const wanted(i_name);
     for (CATBaseUnknown_var const & object : i_publisher->GetPublished("CATICkeParm"))
     {
-        CATICkeParm_var const parameter(object);
+        CATICkeParm_var parameter(object);
         if (!parameter)
             continue;
         CATUnicodeString const shortName = parameter->ShortName();

@@ -26,6 +26,28 @@ std::string takeProgram(std::string_view & io_line)
     return program;
 }
 
+// Backslashes and the quote behind them, at the front of the line. Backslashes that no quote follows are plain.
+void takeSlashesAndQuote(std::string_view & io_line, std::string & io_argument, bool & io_isQuoted)
+{
+    std::size_t const slashes = std::min(io_line.find_first_not_of('\\'), io_line.size());
+    io_line.remove_prefix(slashes);
+    bool const isAheadOfQuote = !io_line.empty() && io_line.front() == '"';
+    io_argument.append(isAheadOfQuote ? slashes / 2 : slashes, '\\');
+    if (!isAheadOfQuote)
+        return;
+    io_line.remove_prefix(1);
+    bool const isDoubled = io_isQuoted && !io_line.empty() && io_line.front() == '"';
+    if (slashes % 2 == 1)
+        io_argument.push_back('"');
+    else if (isDoubled)
+    {
+        io_argument.push_back('"');
+        io_line.remove_prefix(1);
+    }
+    else
+        io_isQuoted = !io_isQuoted;
+}
+
 // One argument, up to a blank outside quotes or the end of the line.
 std::string takeArgument(std::string_view & io_line)
 {
@@ -33,30 +55,13 @@ std::string takeArgument(std::string_view & io_line)
     bool isQuoted = false;
     while (!io_line.empty() && (isQuoted || kBlanks.find(io_line.front()) == std::string_view::npos))
     {
-        std::size_t const slashes = std::min(io_line.find_first_not_of('\\'), io_line.size());
-        io_line.remove_prefix(slashes);
-        if (io_line.empty() || io_line.front() != '"')
+        if (io_line.front() == '\\' || io_line.front() == '"')
         {
-            argument.append(slashes, '\\');
-            if (slashes == 0)
-            {
-                argument.push_back(io_line.front());
-                io_line.remove_prefix(1);
-            }
+            takeSlashesAndQuote(io_line, argument, isQuoted);
             continue;
         }
-        argument.append(slashes / 2, '\\');
+        argument.push_back(io_line.front());
         io_line.remove_prefix(1);
-        bool const isDoubled = isQuoted && !io_line.empty() && io_line.front() == '"';
-        if (slashes % 2 == 1)
-            argument.push_back('"');
-        else if (isDoubled)
-        {
-            argument.push_back('"');
-            io_line.remove_prefix(1);
-        }
-        else
-            isQuoted = !isQuoted;
     }
     return argument;
 }

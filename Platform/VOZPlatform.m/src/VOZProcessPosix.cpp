@@ -21,8 +21,6 @@
 #include <unistd.h>
 #include <vector>
 
-extern char ** environ;
-
 namespace
 {
 using voz::platform::SplitArguments;
@@ -118,6 +116,7 @@ pid_t start(std::vector<std::string> words, FileActions const & actions)
         program = std::filesystem::absolute(*program).string();
 
     std::vector<char *> arguments;
+    arguments.reserve(words.size() + 1);
     for (std::string & word : words)
         arguments.push_back(word.data());
     arguments.push_back(nullptr);
@@ -166,7 +165,8 @@ int visitModule(dl_phdr_info * info, std::size_t, void * io_search)
         return 0;
     for (int i = 0; i < info->dlpi_phnum && search.found == nullptr; ++i)
         if (info->dlpi_phdr[i].p_type == PT_LOAD) // the first segment's address tells the module, as on Windows
-            search.found = reinterpret_cast<void *>(info->dlpi_addr + info->dlpi_phdr[i].p_vaddr);
+            search.found = // NOLINTNEXTLINE(performance-no-int-to-ptr): the loader tells addresses as numbers
+                reinterpret_cast<void *>(info->dlpi_addr + info->dlpi_phdr[i].p_vaddr);
     return 1;
 }
 

@@ -1,7 +1,8 @@
 // ViewerScript.h: the script of the interactive view. WebGL 2, nothing else.
 //
-// Triangles come as indices; the script expands them, so that each corner can carry its barycentric coordinate (sides are drawn in the
-// fragment shader, the diagonals of quadrilaterals left out) and its element's colour. The stage runs from the blank (0) to the part (1).
+// Triangles come as indices; the script expands them, so that each corner can carry its barycentric coordinate (sides
+// are drawn in the fragment shader, the diagonals of quadrilaterals left out) and its element's colour. The stage runs
+// from the blank (0) to the part (1).
 
 #ifndef VIEWERSCRIPT_H
 #define VIEWERSCRIPT_H

@@ -5,11 +5,11 @@
 // one) it is a millionth of the yield force over the part's size, or what rounding makes of no force.
 
 #include "onestep/Newton.h"
+#include "TextOf.h"
 
 #include <algorithm>
 #include <chrono>
 #include <cmath>
-#include <cstdio>
 
 namespace voz::onestep
 {
@@ -49,10 +49,10 @@ double progressShare(double i_relative)
 
 std::string iterationLine(int i_step, NewtonState const & i_state, double i_leastDeterminant)
 {
-    char text[96];
-    std::snprintf(text, sizeof text, "step %2d   residual %.3e   holding %.1e   least det G %.4f", i_step,
-                  i_state.relative, i_state.holding, i_leastDeterminant);
-    return text;
+    return TextOf("step ", i_step < 10 ? " " : "", i_step, "   residual ",
+                  NumberText(i_state.relative, 3, std::chars_format::scientific), "   holding ",
+                  NumberText(i_state.holding, 1, std::chars_format::scientific), "   least det G ",
+                  NumberText(i_leastDeterminant, 4, std::chars_format::fixed));
 }
 
 } // namespace

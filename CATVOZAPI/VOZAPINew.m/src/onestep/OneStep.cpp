@@ -6,12 +6,12 @@
 
 #include "onestep/OneStep.h"
 
+#include "TextOf.h"
 #include "onestep/Partition.h"
 #include "onestep/PieceSolver.h"
 #include "onestep/ProblemCheck.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <limits>
 
 namespace voz::onestep
@@ -168,11 +168,10 @@ Solution without(Status i_status, std::string i_message, Solution i_solution)
 void logCost(PieceSolver & io_solver, Monitor const & i_monitor)
 {
     Newton::Cost const & cost = io_solver.newton().cost();
-    char text[160];
-    std::snprintf(text, sizeof text,
-                  "time: start %.3f s, Newton %.3f s (assembly %.3f, factorisation %.3f, solves %.3f)",
-                  io_solver.startSeconds(), cost.total, cost.assembly, cost.factorisation, cost.solves);
-    i_monitor.log(text);
+    auto const seconds = [](double value) { return NumberText(value, 3, std::chars_format::fixed); };
+    i_monitor.log(TextOf("time: start ", seconds(io_solver.startSeconds()), " s, Newton ", seconds(cost.total),
+                         " s (assembly ", seconds(cost.assembly), ", factorisation ", seconds(cost.factorisation),
+                         ", solves ", seconds(cost.solves), ")"));
 }
 
 } // namespace

@@ -2,11 +2,11 @@
 
 #include "onestep/PieceSolver.h"
 
+#include "TextOf.h"
 #include "onestep/Start.h"
 
 #include <algorithm>
 #include <chrono>
-#include <cstdio>
 
 namespace voz::onestep
 {
@@ -16,13 +16,6 @@ namespace
 
 constexpr double kAcceptable = 1.0e-4; // residual at which results are still given, with a warning
 constexpr double kUnbalanced = 0.05;   // share of holding forces that is no rounding and no asymmetry of a cut any more
-
-std::string number(char const * i_format, double i_value)
-{
-    char text[48];
-    std::snprintf(text, sizeof text, i_format, i_value);
-    return text;
-}
 
 } // namespace
 
@@ -79,12 +72,14 @@ Status PieceSolver::judge()
         return Status::Stopped;
     if (m_outcome.state.holding > kUnbalanced)
         m_warnings.push_back("the outer actions do not balance: holding forces take " +
-                             number("%.0f", 100.0 * m_outcome.state.holding) + " % of the reference force");
+                             NumberText(100.0 * m_outcome.state.holding, 0, std::chars_format::fixed) +
+                             " % of the reference force");
     if (m_outcome.converged)
         return Status::Converged;
     if (relative <= kAcceptable)
     {
-        m_warnings.push_back("equilibrium was reached to " + number("%.1e", relative) + " only");
+        m_warnings.push_back("equilibrium was reached to " + NumberText(relative, 1, std::chars_format::scientific) +
+                             " only");
         return Status::Accepted;
     }
     auto const past = std::upper_bound(m_freedoms.first.begin(), m_freedoms.first.end(), m_outcome.state.worstUnknown);
@@ -96,7 +91,7 @@ Status PieceSolver::judge()
         if (std::find(corners.begin(), corners.end(), node) != corners.end())
             element = m_piece.elementOf[c];
     }
-    m_message = "no equilibrium was found (residual " + number("%.1e", relative) +
+    m_message = "no equilibrium was found (residual " + NumberText(relative, 1, std::chars_format::scientific) +
                 "); the largest force out of balance is at node " +
                 std::to_string(m_piece.nodeOf[static_cast<std::size_t>(node)]) + " of element " +
                 std::to_string(element);

@@ -2,6 +2,7 @@
 
 #include "MaterialDatabase.h"
 
+#include "TextOf.h"
 #include "VOZFile.h"
 #include "VOZMaterial.h"
 
@@ -21,15 +22,6 @@
 
 namespace
 {
-
-// All the parts in a row.
-template <class... Parts>
-std::string Text(Parts const &... i_parts)
-{
-    std::string text;
-    (text.append(std::string_view(i_parts)), ...);
-    return text;
-}
 
 std::string Slashed(std::string i_path)
 {
@@ -90,7 +82,7 @@ std::string ListOf(std::vector<std::string> const & i_names)
 {
     std::string list;
     for (std::size_t i = 0; i < i_names.size(); ++i)
-        list += Text(i == 0 ? "" : i + 1 == i_names.size() ? " or " : ", ", "\"", i_names[i], "\"");
+        list += TextOf(i == 0 ? "" : i + 1 == i_names.size() ? " or " : ", ", "\"", i_names[i], "\"");
     return list;
 }
 
@@ -123,13 +115,13 @@ public:
                    "a well-formed <materials> document");
         pugi::xml_node const root = m_document.document_element();
         if (std::string_view(root.name()) != "materials")
-            Refuse(root, Text("the document's element is ", Tag(root)), "<materials>");
+            Refuse(root, TextOf("the document's element is ", Tag(root)), "<materials>");
         for (pugi::xml_node const & node : root.children())
         {
             if (node.type() == pugi::node_element && std::string_view(node.name()) == "material")
                 ReadMaterial(node);
             else
-                Refuse(node, Text("<materials> holds ", Shown(node)), "<material name=\"...\">");
+                Refuse(node, TextOf("<materials> holds ", Shown(node)), "<material name=\"...\">");
         }
     }
 
@@ -151,13 +143,13 @@ private:
         Refuse(i_node.offset_debug(), i_found, i_expected);
     }
 
-    static std::string Tag(pugi::xml_node const & i_node) { return Text("<", i_node.name(), ">"); }
+    static std::string Tag(pugi::xml_node const & i_node) { return TextOf("<", i_node.name(), ">"); }
 
     static std::string Shown(pugi::xml_node const & i_node)
     {
         if (i_node.type() == pugi::node_element)
             return Tag(i_node);
-        return Text("the text \"", Trimmed(i_node.value()).substr(0, 40), "\"");
+        return TextOf("the text \"", Trimmed(i_node.value()).substr(0, 40), "\"");
     }
 
     // The element's attributes are among the given ones.
@@ -165,7 +157,7 @@ private:
     {
         for (pugi::xml_attribute const & attribute : i_node.attributes())
             if (std::find(i_known.begin(), i_known.end(), attribute.name()) == i_known.end())
-                Refuse(i_node, Text(Tag(i_node), " has the attribute \"", attribute.name(), "\""),
+                Refuse(i_node, TextOf(Tag(i_node), " has the attribute \"", attribute.name(), "\""),
                        i_known.empty() ? "no attribute" : ListOf(i_known));
     }
 
@@ -175,7 +167,7 @@ private:
         double value = 0.0;
         auto const [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
         if (error != std::errc() || end != text.data() + text.size() || !std::isfinite(value))
-            Refuse(i_node, Text(i_what, " is \"", text.substr(0, 40), "\""), "a number");
+            Refuse(i_node, TextOf(i_what, " is \"", text.substr(0, 40), "\""), "a number");
         return value;
     }
 
@@ -197,8 +189,8 @@ private:
                 return known.factor;
             names.emplace_back(known.name);
         }
-        Refuse(i_node, Text(Tag(i_node), " has ", unit.empty() ? "no unit" : Text("the unit \"", unit, "\"")),
-               Text("unit=", ListOf(names)));
+        Refuse(i_node, TextOf(Tag(i_node), " has ", unit.empty() ? "no unit" : TextOf("the unit \"", unit, "\"")),
+               TextOf("unit=", ListOf(names)));
     }
 
     void ReadQuantity(pugi::xml_node const & i_node, Quantity const & i_quantity, VOZMaterial & io_material) const
@@ -207,18 +199,16 @@ private:
         double const value = factor * Number(i_node, i_node.child_value(), Tag(i_node));
         if (!(value >= i_quantity.least && value <= i_quantity.greatest))
         {
-            std::array<char, 96> range;
-            std::snprintf(range.data(), range.size(), "%g to %g%s%s", i_quantity.least / factor,
-                          i_quantity.greatest / factor, i_quantity.units.front().name ? " " : "",
-                          i_node.attribute("unit").value());
-            Refuse(i_node, Text(Tag(i_node), " is ", Trimmed(i_node.child_value())), range.data());
+            Refuse(i_node, TextOf(Tag(i_node), " is ", Trimmed(i_node.child_value())),
+                   TextOf(i_quantity.least / factor, " to ", i_quantity.greatest / factor,
+                          i_quantity.units.front().name ? " " : "", i_node.attribute("unit").value()));
         }
         if (i_quantity.pField)
             io_material.*i_quantity.pField = value;
         else if (value == 0.0 || value == 1.0)
             io_material.m_nFldType = static_cast<int>(value);
         else
-            Refuse(i_node, Text("<fldType> is ", Trimmed(i_node.child_value())), "0 or 1");
+            Refuse(i_node, TextOf("<fldType> is ", Trimmed(i_node.child_value())), "0 or 1");
     }
 
     // <curve unit="MPa"><point strain="0" stress="157"/> ...: strains rise from 0 or more, stresses do not fall.
@@ -230,14 +220,14 @@ private:
         for (pugi::xml_node const & node : i_node.children())
         {
             if (std::string_view(node.name()) != "point")
-                Refuse(node, Text("<curve> holds ", Shown(node)), "<point strain=\"...\" stress=\"...\"/>");
+                Refuse(node, TextOf("<curve> holds ", Shown(node)), "<point strain=\"...\" stress=\"...\"/>");
             CheckAttributes(node, {"strain", "stress"});
             double const strain = Number(node, node.attribute("strain").value(), "the strain of a point");
             double const stress = factor * Number(node, node.attribute("stress").value(), "the stress of a point");
             if (!(strain >= 0.0 && strain <= 10.0 && stress >= 1e5 && stress <= 1e11))
                 Refuse(node,
-                       Text("a point of the curve lies at strain ", node.attribute("strain").value(), ", stress ",
-                            node.attribute("stress").value()),
+                       TextOf("a point of the curve lies at strain ", node.attribute("strain").value(), ", stress ",
+                              node.attribute("stress").value()),
                        "a log plastic strain of 0 to 10 and a stress of 0.1 MPa to 100 GPa");
             if (!points.empty() && !(strain > points[points.size() - 2] && stress >= points.back()))
                 Refuse(node, "a point of the curve does not lie beyond the one before it",
@@ -260,7 +250,7 @@ private:
             Refuse(i_node, "a material has no name", "name=\"...\" without blanks at its ends");
         auto const [known, isNew] = m_database.m_placeOfName.emplace(name, Place(i_node.offset_debug()));
         if (!isNew)
-            Refuse(i_node, Text("the material \"", name, "\" stands at ", known->second, " already"),
+            Refuse(i_node, TextOf("the material \"", name, "\" stands at ", known->second, " already"),
                    "a name of its own");
 
         MaterialPointer pMaterial(VOZMaterial::Create());
@@ -285,7 +275,7 @@ private:
             {
                 bool & bSeen = seen[static_cast<std::size_t>(found - kQuantities.begin())];
                 if (bSeen)
-                    Refuse(node, Text(Tag(node), " stands twice in \"", i_name, "\""), "it once");
+                    Refuse(node, TextOf(Tag(node), " stands twice in \"", i_name, "\""), "it once");
                 bSeen = true;
                 ReadQuantity(node, *found, io_material);
             }
@@ -294,13 +284,14 @@ private:
             else if (element == "curve" && io_material.m_nNumPoints == 0)
                 ReadCurve(node, io_material);
             else
-                Refuse(node, Text("the material \"", i_name, "\" holds ", Shown(node)), ElementNames());
+                Refuse(node, TextOf("the material \"", i_name, "\" holds ", Shown(node)), ElementNames());
         }
         for (std::size_t i = 0; i < seen.size(); ++i)
             if (kQuantities[i].required && !seen[i])
-                Refuse(i_material, Text("the material \"", i_name, "\" has no <", kQuantities[i].element, ">"), "one");
+                Refuse(i_material, TextOf("the material \"", i_name, "\" has no <", kQuantities[i].element, ">"),
+                       "one");
         if (source.empty())
-            Refuse(i_material, Text("the material \"", i_name, "\" has no <source>"), "where its figures come from");
+            Refuse(i_material, TextOf("the material \"", i_name, "\" has no <source>"), "where its figures come from");
         return source;
     }
 
@@ -321,7 +312,7 @@ private:
         for (Quantity const & quantity : kQuantities)
             names.emplace_back(quantity.element);
         names.insert(names.end(), {"curve", "source"});
-        return Text("each of ", ListOf(names), " once at most");
+        return TextOf("each of ", ListOf(names), " once at most");
     }
 
     std::string m_file;

@@ -9,11 +9,10 @@
 #include <string_view>
 #include <type_traits>
 
-inline std::string NumberText(double i_dValue, int i_nDigits)
+inline std::string NumberText(double i_dValue, int i_nDigits, std::chars_format i_format = std::chars_format::general)
 {
-    std::array<char, 64> text;
-    auto const end =
-        std::to_chars(text.data(), text.data() + text.size(), i_dValue, std::chars_format::general, i_nDigits);
+    std::array<char, 400> text; // the largest double in fixed form has 309 digits before the point
+    auto const end = std::to_chars(text.data(), text.data() + text.size(), i_dValue, i_format, i_nDigits);
     return std::string(text.data(), end.ptr);
 }
 

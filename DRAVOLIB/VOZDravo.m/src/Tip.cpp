@@ -138,6 +138,7 @@ Vec towards(Vec const & dieLine, Vec const & normal)
 {
     return dieLine.dot(normal) <= 0.0 ? -dieLine : dieLine;
 }
+
 // The undercuts are counted against n as orient has left it, which a frame that snapped does not have as its z.
 template <class Orient, class LowerCorner>
 void tipAverage(VOZCatMesh const & mesh, VOZCatAxis & o_axis, Symmetry & o_symmetry, int & o_numUnderCutElem,

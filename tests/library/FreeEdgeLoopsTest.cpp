@@ -291,6 +291,23 @@ TEST(FreeEdgeLoops, WithNoCrossingAtAllTheOuterLoopIsZero)
     EXPECT_EQ(chained.loops.length(), 0);
 }
 
+//     +-----2-----+     1's right side leans across x = cx between y = 0 and 6 and would be the lowest crossing;
+//     without
+//   +-|--+        |     it the lowest is 2's lower side, at 4, and 2 has three votes. y = cy, at 4.5, gives one to
+//   each. | +--|--------+
+//   +-1--+              1 is the longer, by its lean
+TEST(FreeEdgeLoops, ASegmentThatLeansByAMillionthOrLessIsNotCrossed)
+{
+    for (double const lean : {0.8e-6, 1.2e-6})
+    {
+        Chained const chained(samples::mesh(
+            {{-2, 0, 0}, {-lean / 2, 0, 0}, {lean / 2, 6, 0}, {-2, 6, 0}, {-1, 4, 0}, {3, 4, 0}, {3, 8, 0}, {-1, 8, 0}},
+            Quads{{1, 2, 3, 4}, {5, 6, 7, 8}}));
+        ASSERT_EQ(chained.loops.numLoops(), 2);
+        EXPECT_EQ(chained.loops.outerLoopNum(), lean > 1e-6 ? 1 : 2) << lean;
+    }
+}
+
 // The rule told once more, slowly, on the local coordinates that the tip gives.
 int slowOuterLoop(VOZCatMesh const & mesh, Chained const & chained)
 {

@@ -240,6 +240,18 @@ TEST(LoopSymmetryFilter, LooksInTheFramesCoordinates)
     EXPECT_EQ(marks(filter, chained.loops), (Ints{2, 2, 0, 0, 0, 0, 1, 1}));
 }
 
+// A frame's axes need not be of unit length, and the edge counts as long as it is in the frame.
+TEST(LoopSymmetryFilter, MeasuresTheEdgeInTheFrameToo)
+{
+    VOZCatMesh const mesh = samples::mesh({{0, 1.5, 0}, {2, 1.5, 0}, {2, 9, 0}, {0, 9, 0}}, Quads{{1, 2, 3, 4}});
+    Chained const chained(mesh);
+    VOZCatAxis stretched;
+    stretched.axis(0, vec(3, 0, 0));
+    Symmetry const xz(true, false);
+    EXPECT_EQ(LoopSymmetryFilter(mesh, chained.edges, chained.loops, xz, VOZCatAxis()).isSymmetryEdge(1), 0);
+    EXPECT_EQ(LoopSymmetryFilter(mesh, chained.edges, chained.loops, xz, stretched).isSymmetryEdge(1), 1);
+}
+
 TEST(LoopSymmetryFilter, PositionsBeyondTheOuterLoopCountAsZero)
 {
     VOZCatMesh const mesh = quarter().mesh();

@@ -241,7 +241,57 @@ struct OpenTip : AverageTip
     using AverageTip::extents;
     using AverageTip::intersect;
     using AverageTip::inwards;
+    using AverageTip::orient;
 };
+
+TEST(AverageTip, OrientDividesTheDirectionUnlessItSnaps)
+{
+    VOZCatMesh const mesh;
+    VOZCatAxis axis;
+    Vec n = vec(0, 5, 0);
+    OpenTip(mesh).orient(axis, n);
+    EXPECT_EQ(values(axis.axis(0)), (Values{1, 0, 0}));
+    EXPECT_EQ(values(axis.axis(1)), (Values{0, 0, -1}));
+    EXPECT_EQ(values(axis.axis(2)), (Values{0, 1, 0}));
+    EXPECT_EQ(values(n), (Values{0, 1, 0}));
+    for (double const z : {7.0, -7.0})
+    {
+        Vec steep = vec(1, 2, z);
+        OpenTip(mesh).orient(axis, steep);
+        EXPECT_EQ(values(steep), (Values{1, 2, z}));
+        EXPECT_EQ(axis.axis(2, 2), z / 7.0);
+    }
+}
+
+// A frame and a direction of its own.
+template <class Base>
+struct TurnedTip : Base
+{
+    using Base::Base;
+
+protected:
+    void orient(VOZCatAxis & o_axis, Vec & io_normal) const override
+    {
+        o_axis.axis(0, vec(0, 0, 1));
+        o_axis.axis(1, vec(1, 0, 0));
+        o_axis.axis(2, vec(0, 1, 0));
+        io_normal = vec(0, 0, -1);
+    }
+};
+
+TEST(AverageTip, LeavesFrameAndDirectionToAnOverriddenOrient)
+{
+    VOZCatMesh const mesh = plate();
+    for (Tipped const & tipped :
+         {Tipped{TurnedTip<AverageTip>(mesh)}, Tipped{TurnedTip<AverageDieLineTip>(mesh, vec(1, 0, 1))}})
+    {
+        EXPECT_EQ(tipped.row(0), (Values{0, 0, 1}));
+        EXPECT_EQ(tipped.row(2), (Values{0, 1, 0}));
+        EXPECT_EQ(tipped.origin(), (Values{5, -7, 2}));
+        EXPECT_EQ(tipped.numUnderCutElem, 12);
+        EXPECT_EQ(tipped.maxUnderCutAngle, 90);
+    }
+}
 
 double coefficient(Plane const & plane, int i)
 {
@@ -362,15 +412,24 @@ TEST(HalfSymmetryDieLineTip, TakesTheDieLineOnTheNormalsSide)
     }
 }
 
+// Row 1 is then shorter than a unit vector, and is left so; the plane through the lowest y is brought to normal form.
+TEST(HalfSymmetryDieLineTip, ADieLineOutOfThePlaneIsNotProjectedOnIt)
+{
+    VOZCatMesh const mesh = plate(1, 2, 3);
+    Tipped const tipped{HalfSymmetryDieLineTip(mesh, Plane(1, 0, 0, 0), vec(0.6, 0, 0.8))};
+    EXPECT_EQ(tipped.row(0), (Values{1, 0, 0}));
+    expectNear(tipped.row(1), {0, 0.8, 0});
+    expectNear(tipped.row(2), {0.6, 0, 0.8});
+    // the lower corner 1, 1.6, 3 of the box is 2.8, 1.28, 2.4 outside: 3.6 along row 2
+    expectNear(tipped.origin(), {3.6 * 0.6, 1.28, 3.6 * 0.8});
+}
+
 TEST(HalfSymmetryDieLineTip, ATieGoesToTheReversedDieLine)
 {
     VOZCatMesh const mesh = plate(0, 0, 0);
     EXPECT_EQ((Tipped{HalfSymmetryDieLineTip(mesh, Plane(1, 0, 0, 0), vec(0, 1, 0))}.row(2)), (Values{0, -1, 0}));
 }
 
-// The class has a plane and a vector behind its mesh; a second tip over the first's memory is not needed to see that
-// the plane was turned: a die line long enough afterwards finds it so either way. What matters is that nothing is
-// written.
 TEST(HalfSymmetryDieLineTip, AShortDieLineLeavesTheArgumentsUntouched)
 {
     VOZCatMesh const mesh = halfDome();

@@ -1,6 +1,6 @@
 // SparseSolverTest.cpp
 
-#include "onestep/SparseSolver.h"
+#include "onestep/SparseEngines.h"
 
 #include <gtest/gtest.h>
 
@@ -117,4 +117,38 @@ TEST(SparseSolver, ReportsASingularMatrixAndNumbersThatAreNone)
     EXPECT_TRUE(solver.solve(side, 1));
     EXPECT_DOUBLE_EQ(side[0], 0.5);
     EXPECT_DOUBLE_EQ(side[1], 0.5);
+}
+
+// The engine of builds without a multifrontal solver.
+TEST(SparseSolver, EigenSolvesTheSameSystems)
+{
+    std::mt19937 random(13);
+    std::normal_distribution<double> number;
+    SparsePattern const pattern = randomPattern(80, random);
+    auto const engine = makeEigenEngine(pattern, SparseSolver::Kind::Unsymmetric);
+    for (double const diagonal : {5.0, 0.0}) // without weight on the diagonal its pivots do not serve
+    {
+        std::vector<double> values(pattern.column.size());
+        for (double & v : values)
+            v = number(random);
+        for (int i = 0; i < pattern.size; ++i)
+            values[static_cast<std::size_t>(pattern.find(i, i))] = diagonal;
+        std::vector<double> sides(240);
+        for (double & v : sides)
+            v = number(random);
+        Eigen::MatrixXd const right = Eigen::Map<Eigen::MatrixXd>(sides.data(), 80, 3);
+        ASSERT_TRUE(engine->factorise(values));
+        ASSERT_TRUE(engine->solve(sides, 3));
+        Eigen::MatrixXd const solution = Eigen::Map<Eigen::MatrixXd>(sides.data(), 80, 3);
+        EXPECT_LT((dense(pattern, values) * solution - right).norm(), 1e-9 * right.norm());
+    }
+    EXPECT_FALSE(engine->factorise(std::vector<double>(pattern.column.size(), std::nan(""))));
+}
+
+TEST(SparseSolver, EigenReportsASingularMatrix)
+{
+    SparsePattern const pattern{2, {0, 2, 4}, {0, 1, 0, 1}};
+    auto const engine = makeEigenEngine(pattern, SparseSolver::Kind::Unsymmetric);
+    std::vector<double> side{1.0, 3.0};
+    EXPECT_FALSE(engine->factorise(std::vector<double>{1.0, 2.0, 2.0, 4.0}) && engine->solve(side, 1));
 }

@@ -31,8 +31,8 @@ namespace
 constexpr double kLeastEigenvalue = 1.0e-9;
 constexpr double kFoldShare = 0.9; // of the way to the first fold
 constexpr double kArmijo = 1.0e-4;
-constexpr double kDecrement = 1.0e-2, kWayDecrement = 0.1; // sqrt(-slope/E) at which a run ends
-constexpr double kNearDecrement = 0.3; // a full step from here leads below that of the way: no need to look
+constexpr double kDecrement = 1.0e-2, kWayDecrement = 0.05; // sqrt(-slope/E) at which a run ends
+constexpr double kNearDecrement = 0.1; // a full step from here leads below that of the way: no need to look
 constexpr int kGreatestSteps = 60, kHalvings = 30;
 
 std::size_t at(int i)

@@ -197,6 +197,7 @@ TEST(DynaReader, TellsWhereAndWhatWasExpected)
         {"*NODE\nx,0.,0.,0.\n", "part.k:2:1: found \"x\", expected the id of a node (1 to 2147483647)"},
         {kNodes + "*ELEMENT_SHELL\n       1       1       1       2       9       9\n",
          "part.k:8:40: shell 1 names node 9, which the file does not have"},
+        {"*ELEMENT_SHELL\n1,1,1,2,3\n", "part.k:2:5: shell 1 names node 1, which the file does not have"},
         {kNodes + "*ELEMENT_SHELL\n1,1,1,2\n", "part.k:8: found nothing, expected the id of a corner's node (1 to "
                                                "2147483647)"},
         {kNodes + "1,1.,0.,0.\n*ELEMENT_SHELL\n1,1,1,2,3,3\n",

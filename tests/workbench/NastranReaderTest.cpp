@@ -201,6 +201,7 @@ TEST(NastranReader, TellsWhereAndWhatWasExpected)
         {"GRID,99999999999\n",
          "part.bdf:1:6: GRID: found \"99999999999\", expected the id of a node (1 to 2147483647)"},
         {kNodes + "CTRIA3,1,1,1,2,8\n", "part.bdf:4:16: element 1 names GRID 8, which the file does not have"},
+        {"CTRIA3,1,1,1,2,8\n", "part.bdf:1:12: element 1 names GRID 1, which the file does not have"},
         {kNodes + "CTRIA3,1,1,1,2\n", "part.bdf:4: CTRIA3: found nothing, expected the id of a corner's node (1 to "
                                       "2147483647)"},
         {kNodes + "GRID,2,,10.,1.,0.\nCTRIA3,1,1,1,2,3\n",

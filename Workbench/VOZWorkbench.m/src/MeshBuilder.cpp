@@ -235,7 +235,8 @@ void MeshBuilder::moveNodes(MeshModel & model)
         std::copy(mNodes[i].place.begin(), mNodes[i].place.end(), rows[i + 1]);
         model.nodeIds.push_back(mNodes[i].id);
     }
-    std::fill_n(rows[0], 3, 0.0);
+    if (count > 0) // without nodes there is no row 0 either
+        std::fill_n(rows[0], 3, 0.0);
     mNodes.clear();
     mNodes.shrink_to_fit();
 }

@@ -12,6 +12,7 @@
 
 #include <array>
 #include <cmath>
+#include <random>
 
 using deckjobs::goldenFolder;
 using deckjobs::Job;
@@ -338,6 +339,35 @@ TEST_F(SolverOutput, NeverLeavesItsMemoryWhereverTheTextEnds)
         catch (CATMfErrUpdate const &)
         {
         }
+    SUCCEED();
+}
+
+TEST_F(SolverOutput, SurvivesDamagedText)
+{
+    std::mt19937 random(20261121);
+    auto const below = [&random](std::size_t n)
+    { return std::uniform_int_distribution<std::size_t>(0, n - 1)(random); };
+    constexpr char kBytes[] = "0123456789 -.*\n\teEnaif\0\r";
+    for (int trial = 0; trial < 600; ++trial)
+    {
+        std::string text = whole();
+        for (std::size_t i = below(5) + 1; i > 0; --i)
+        {
+            std::size_t const at = below(text.size());
+            if (below(2) == 0)
+                text[at] = kBytes[below(sizeof kBytes)];
+            else
+                text.insert(at, text.substr(below(text.size()), below(300)));
+        }
+        for (char const * name : {"deck.fpo", "deck.spo"})
+            try
+            {
+                read(text, name);
+            }
+            catch (CATMfErrUpdate const &)
+            {
+            }
+    }
     SUCCEED();
 }
 

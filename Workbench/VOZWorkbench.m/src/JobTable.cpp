@@ -186,8 +186,7 @@ double JobTable::NeededQuantity(std::string const & i_key, Dimension i_dimension
 {
     if (std::optional<double> const value = Quantity(i_key, i_dimension))
         return *value;
-    mContext->Fail(Line(), Name(i_key) + " is missing: " + std::string(NameOf(i_dimension)) + " (" +
-                               UnitsOf(i_dimension) + ")");
+    Missing(i_key, std::string(NameOf(i_dimension)) + " (" + UnitsOf(i_dimension) + ")");
 }
 
 std::optional<double> JobTable::Number(std::string const & i_key)
@@ -264,7 +263,7 @@ std::string JobTable::NeededText(std::string const & i_key)
 {
     if (std::optional<std::string> text = Text(i_key))
         return *text;
-    mContext->Fail(Line(), Name(i_key) + " is missing: a text");
+    Missing(i_key, "a text");
 }
 
 std::string JobTable::Choice(std::string const & i_key, std::vector<std::string> const & i_choices,
@@ -405,6 +404,18 @@ std::vector<JobTable> JobTable::Tables(std::string const & i_key)
         tables.emplace_back(*mContext, entry.as_table(), Name(i_key) + "[" + std::to_string(tables.size() + 1) + "]");
     }
     return tables;
+}
+
+// A key that stands in the table and differs from the missing one by a slip of the pen is what is wrong.
+void JobTable::Missing(std::string const & i_key, std::string const & i_expected) const
+{
+    constexpr int kSlip = 2; // letters
+    if (mTable != nullptr)
+        for (auto const & [tomlKey, node] : *mTable)
+            if (std::string const key(tomlKey.str()); !mAsked.contains(key) && EditDistance(key, i_key) <= kSlip)
+                mContext->Fail(static_cast<int>(tomlKey.source().begin.line),
+                               "unknown key \"" + Name(key) + "\"; the nearest valid key is \"" + i_key + "\"");
+    mContext->Fail(Line(), Name(i_key) + " is missing: " + i_expected);
 }
 
 void JobTable::Finish() const

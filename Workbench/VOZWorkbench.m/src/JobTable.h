@@ -86,6 +86,7 @@ private:
 
     toml::node const * Find(std::string const & i_key);
     Found FindQuantity(std::string const & i_key, Dimension i_dimension);
+    [[noreturn]] void Missing(std::string const & i_key, std::string const & i_expected) const;
     double Finite(toml::node const & i_node, std::string const & i_name) const;
     toml::array const * Array(toml::node const * i_node, std::string const & i_name) const;
 

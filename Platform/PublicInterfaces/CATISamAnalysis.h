@@ -14,7 +14,7 @@
 
 class CATListPtrCATDocument;
 
-// An object of a document's specifications: a feature, a part.
+// An object of a document's tree: a feature, a part.
 class ExportedByVOZPlatform CATISpecObject : public CATBaseUnknown
 {
     CATDeclareClass;

@@ -33,7 +33,7 @@ figcaption { color: #444; }
 table { border-collapse: collapse; margin: 1rem 0; font-variant-numeric: tabular-nums; break-inside: avoid; }
 caption { text-align: left; font-weight: bold; padding: 0.3rem 0; }
 th, td { border-bottom: 1px solid #ccc; padding: 0.25rem 0.8rem; text-align: left; vertical-align: top; }
-td { text-align: right; }
+td { text-align: right; overflow-wrap: anywhere; }
 canvas { width: 100%; height: 32rem; border: 1px solid #ddd; touch-action: none; }
 nav a { margin-right: 1rem; }
 pre { background: #f5f5f5; padding: 0.8rem; overflow-x: auto; }
@@ -164,7 +164,7 @@ std::string formingLimit(Outcome const & outcome)
     return "<section id=\"fld\">\n<h2>Forming limit diagram</h2>\n" +
            Figure(FormingChart(outcome), "Every element's strain pair, the forming limit curve, and the curve less the "
                                          "safety margin.") +
-           "<p>" + Escaped(outcome.limitSource) + " FLD0 is " + Fixed(outcome.limit.fldZero(), 2) +
+           "<p>" + Escaped(outcome.limitSource) + ". FLD0 is " + Fixed(outcome.limit.fldZero(), 2) +
            " %, the safety margin " + Fixed(outcome.limit.safetyMargin(), 1) + " % major strain.</p>\n" + Table(table) +
            "</section>\n";
 }

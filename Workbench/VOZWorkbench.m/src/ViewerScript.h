@@ -84,7 +84,7 @@ constexpr char const * kViewerScript = R"JS(<script>
   }
   const centre = low.map((l, c) => 0.5 * (l + high[c]));
   const size = Math.hypot(high[0] - low[0], high[1] - low[1], high[2] - low[2]) || 1;
-  const state = { turn: -0.5, tilt: 0.95, zoom: 1.9, stage: 1, sides: 1 };
+  const state = { turn: -0.5, tilt: 0.95, zoom: 2.8, stage: 1, sides: 1 };
 
   function place(name, set) { set(gl.getUniformLocation(program, name)); }
   function draw() {

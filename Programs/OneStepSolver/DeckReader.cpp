@@ -202,6 +202,7 @@ void Reader::Elements()
         Row const row = mLines.Take("an element");
         row.Int(1, e, e, "the element's number");
         Element element;
+        element.line = row.Line();
         element.property = row.Int(2, -kAnyInt, kAnyInt, "the element's property");
         row.Int(3, 1, 1, "the third field of an element");
         row.Int(4, 0, 0, "the fourth field of an element");

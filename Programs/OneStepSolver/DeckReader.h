@@ -34,6 +34,7 @@ private:
 
 struct Element
 {
+    int line = 0;
     int property = 0;
     int corners = 0; // 3 or 4
     std::array<int, 4> nodes{};

@@ -105,7 +105,7 @@ std::unique_ptr<VOZTopologyMesh_s> makeTopology(Deck const & deck)
         Element const & element = deck.elements[e];
         int const material = MaterialOf(deck, element);
         if (material < 0)
-            fail(deck, 0,
+            fail(deck, element.line,
                  "element " + std::to_string(e + 1) + " has the property " + std::to_string(element.property) +
                      "; expected the number of a material record");
         for (int corner = 0; corner < element.corners; ++corner)

@@ -181,7 +181,7 @@ TEST(DeckReader, NamesFileLineAndWhatWasExpected)
         {"5 1.000000 1.000000 0", "4 1.000000 1.000000 0", "deck.fpi:17: the node's number (field 1) is \"4\"; expected 5"},
         {"2 1 1 0 1 2 3 6 5", "2 1 1 0 1 2 3 7 5",  "deck.fpi:22: a corner (field 8) is \"7\"; expected a whole number from 1 to 6"},
         {"2 1 1 0 1 2 3 6 5", "2 1 1 0 2 2 3 6 5",  "deck.fpi:22: a triangle has 9 fields; expected 8"},
-        {"2 1 1 0 1 2 3 6 5", "2 3 1 0 1 2 3 6 5",  "deck.fpi: element 2 has the property 3"},
+        {"2 1 1 0 1 2 3 6 5", "2 3 1 0 1 2 3 6 5",  "deck.fpi:22: element 2 has the property 3"},
         {"160.000000 0.22",   "1,6 0.22",           "deck.fpi:25: the yield stress (field 5) is \"1,6\""},
         {"1 1 2500000.0",     "0 1 2500000.0",      "deck.fpi:43: the pad's node (field 1) is \"0\""},
         {"2 0 0.500000 1 1",  "2 1 0.500000 1 1",   "deck.fpi:46: the block ends here; expected a node of a pad"},

@@ -325,6 +325,9 @@ std::unique_ptr<VOZMultiStageSolverIOData_s> MakeRecords(Deck const & i_deck, So
     constexpr double kIdentity[9] = {1.0, 0.0, 0.0, 0.0, 1.0, 0.0, 0.0, 0.0, 1.0};
     constexpr double kNowhere[3] = {0.0, 0.0, 0.0};
     auto data = std::make_unique<VOZMultiStageSolverIOData_s>();
+    data->m_nFirstControl = 3; // of every job, like the next two
+    data->m_nSecondControl = 3;
+    data->m_dControl = 1.0;
     setMaterials(i_deck, i_settings, *data);
     auto stages = std::make_unique<VOZSolverStage_s[]>(1);
     setMeshes(i_deck, stages[0]);

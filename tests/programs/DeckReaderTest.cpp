@@ -273,6 +273,14 @@ TEST(DeckRecords, AreInMetresAndPascals)
     EXPECT_EQ(actions(*data).m_dFriction, 0.15);
 }
 
+TEST(DeckRecords, HaveTheControlValuesOfEveryJob)
+{
+    auto const data = MakeRecords(parsed("plain"), SolverSettings());
+    EXPECT_EQ(data->m_nFirstControl, 3);
+    EXPECT_EQ(data->m_nSecondControl, 3);
+    EXPECT_EQ(data->m_dControl, 1.0);
+}
+
 TEST(DeckRecords, OfThreePointsFollowThePowerLaw)
 {
     auto const data = MakeRecords(parsed("bare"), SolverSettings());

@@ -48,6 +48,25 @@ std::size_t materialCount(Deck const & deck)
     return std::max<std::size_t>(deck.materials.size() - 1, 1);
 }
 
+// What the kernel would refuse without naming a line. With a curve, yield, exponent and strength play no part.
+void checkNumbers(Deck const & deck, MaterialRecord const & record)
+{
+    auto const expect = [&](bool isGood, int line, char const * what, double value, char const * expected)
+    {
+        if (!isGood)
+            fail(deck, line, std::string(what) + " is " + std::to_string(value) + "; expected " + expected);
+    };
+    expect(record.thickness > 0.0, record.line + 1, "the thickness (field 6)", record.thickness, "more than 0 inches");
+    expect(record.rValue > 0.0, record.line, "the anisotropy (field 7)", record.rValue, "more than 0");
+    if (!record.curve.empty())
+        return;
+    expect(record.nValue > 0.0 && record.nValue <= 1.0, record.line, "the hardening exponent (field 6)", record.nValue,
+           "more than 0, at most 1");
+    expect(record.kValue > 0.0, record.line, "the strength coefficient (field 8)", record.kValue, "more than 0 MPa");
+    expect(record.yield >= 0.0 && record.yield <= record.kValue, record.line, "the yield stress (field 5)",
+           record.yield, "0 MPa to the strength coefficient");
+}
+
 void checkMaterials(Deck const & deck)
 {
     MaterialRecord const & last = deck.materials.back();
@@ -60,6 +79,8 @@ void checkMaterials(Deck const & deck)
     if (last.number != twin.number || last.yield != twin.yield || last.nValue != twin.nValue ||
         last.rValue != twin.rValue || last.kValue != twin.kValue || last.thickness != twin.thickness)
         fail(deck, last.line, "the last material record differs from the one before it; expected the same once more");
+    for (std::size_t i = 0; i < materialCount(deck); ++i)
+        checkNumbers(deck, deck.materials[i]);
 }
 
 void fillProperty(MaterialRecord const & record, SolverSettings const & settings, VOZMechanicalProp_s & o_prop)

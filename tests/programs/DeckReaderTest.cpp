@@ -401,6 +401,27 @@ TEST(DeckRecords, RefuseMaterialRecordsOutOfOrder)
     EXPECT_THAT(refusal(text), HasSubstr("deck.fpi:32: the last material record differs"));
 }
 
+TEST(DeckRecords, RefuseNumbersThatNoSheetHas)
+{
+    auto const withBoth = [](std::string const & from, std::string const & to) // in both twins
+    { return refusal(replaced(replaced(golden("holders"), from, to), from, to)); };
+    std::string const thickness = "0 0.0 0.0 0.0 0.0 0.050000";
+    EXPECT_EQ(withBoth(thickness, "0 0.0 0.0 0.0 0.0 0.000000"),
+              "deck.fpi:26: the thickness (field 6) is 0.000000; expected more than 0 inches");
+    EXPECT_EQ(withBoth("0.220000 1.500000 520", "0.220000 -1.50000 520"),
+              "deck.fpi:25: the anisotropy (field 7) is -1.500000; expected more than 0");
+    EXPECT_EQ(withBoth("0.220000 1.500000 520", "0.000000 1.500000 520"),
+              "deck.fpi:25: the hardening exponent (field 6) is 0.000000; expected more than 0, at most 1");
+    EXPECT_EQ(withBoth("1.500000 520.000000", "1.500000 0.000000"),
+              "deck.fpi:25: the strength coefficient (field 8) is 0.000000; expected more than 0 MPa");
+    EXPECT_EQ(withBoth("160.000000 0.22", "521.000000 0.22"),
+              "deck.fpi:25: the yield stress (field 5) is 521.000000; expected 0 MPa to the strength coefficient");
+    Deck curved = parsed("plain"); // its curve counts
+    for (auto & record : curved.materials)
+        record.nValue = record.kValue = record.yield = 0.0;
+    EXPECT_NO_THROW(MakeRecords(curved, SolverSettings()));
+}
+
 // Settings
 
 TEST(SolverSettings, HaveDefaultsWithoutAFile)

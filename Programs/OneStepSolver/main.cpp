@@ -46,6 +46,9 @@ refused, 4 no solution, 5 result not written, 1 a fault of the program.
 Example: OneStepSolver -pfpi "job/deck.fpi" -sd "job"
 )";
 
+// Behind what the kernel says: its indices are not the deck's numbers.
+constexpr char kKernelCounts[] = "\n(nodes, elements and rows are counted from 0 here, in the deck from 1)";
+
 struct Options
 {
     std::string deck;
@@ -203,7 +206,7 @@ int main(int argc, char ** argv)
     }
     catch (CATError const & error)
     {
-        return refuse(kSolve, error.Message());
+        return refuse(kSolve, std::string(error.Message()) + kKernelCounts);
     }
     catch (voz::deck::ResultError const & error)
     {

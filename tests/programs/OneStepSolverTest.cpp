@@ -452,6 +452,7 @@ TEST_F(OneStepSolver, SaysWhyAPartCannotBeSolved)
     Ended const ended = start("-pfpi deck.fpi -sd .");
     EXPECT_EQ(ended.code, 4);
     EXPECT_THAT(ended.errors, HasSubstr("element"));
+    EXPECT_THAT(ended.errors, HasSubstr("counted from 0 here, in the deck from 1"));
     EXPECT_FALSE(std::filesystem::exists("deck.fpo"));
 }
 

@@ -272,6 +272,30 @@ TEST_F(ResultStore, AccessOutsideTheElementsIsReportedAndGoesToIndexZero)
     EXPECT_TRUE(host.reports.empty());
 }
 
+TEST_F(ResultStore, RawAccessReportsNothingAndGoesToIndexZeroBeyondTheArray)
+{
+    for (int const index : {-1, 7, 1000000, 2000000000, -2000000000})
+    {
+        result.nsafety(0, 0);
+        result.nsafety(index, 3);
+        EXPECT_EQ(result.nsafety(0), 3) << index;
+        result.dsafety(0, 0.0);
+        result.dsafety(index, 4.0);
+        EXPECT_EQ(result.dsafety(0), 4.0) << index;
+        result.stress(0, 0.0F);
+        result.stress(index, 5.0F);
+        EXPECT_EQ(result.stress(0), 5.0F) << index;
+        EXPECT_EQ(result.stress(index), 5.0F) << index;
+        result.strain(0, 0, 6.0F);
+        EXPECT_EQ(result.strain(index, 2), 6.0F) << index;
+    }
+    result.numNodeResult(2); // the count alone: the rows are there
+    result.nsafety(6, 9);
+    result.numNodeResult(6);
+    EXPECT_EQ(result.nsafety(6), 9);
+    EXPECT_TRUE(host.reports.empty());
+}
+
 TEST_F(ResultStore, ReportsNameTheirSource)
 {
     result.thickness(3);

@@ -315,6 +315,18 @@ TEST_F(SolverOutput, NamesACornerThatIsNoNodeAndStaysInsideItsArrays)
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
 }
 
+TEST_F(SolverOutput, StaysInsideAResultOfASmallerMesh)
+{
+    VOZCatMesh const small(2, 1);
+    Result few(small);
+    writeFile("deck.fpo", whole());
+    job.solver().read("deck.fpo", few, false);
+    EXPECT_FALSE(host.reports.empty());
+    EXPECT_EQ(few.strain(1, 0), 6.0f);
+    EXPECT_EQ(few.stress(1), 250.0f);
+    EXPECT_EQ(few.nstrain(1, 0), 4.0f);
+}
+
 TEST_F(SolverOutput, SplitsLinesLongerThan254Characters)
 {
     // The rest of such a line counts as a line of its own: here it is the row of node 2.

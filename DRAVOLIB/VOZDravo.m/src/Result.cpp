@@ -25,6 +25,14 @@ Vec VecOf(float const * i_row)
     return Vec(row);
 }
 
+// Access without a contract: nothing is reported, but what lies beyond the array goes to its index 0.
+template <class Value>
+Value & Raw(std::vector<Value> & io_values, long long i_index)
+{
+    bool const within = i_index >= 0 && static_cast<unsigned long long>(i_index) < io_values.size();
+    return io_values[within ? static_cast<std::size_t>(i_index) : 0];
+}
+
 void Store(Vec const & i_value, float * o_row)
 {
     for (int comp = 0; comp < kDim; ++comp)
@@ -174,7 +182,7 @@ int Result::nsafety(int i_node) const
 
 void Result::nsafety(int i_node, int i_value)
 {
-    mNsafety[i_node] = i_value;
+    Raw(mArrays->nsafety, i_node) = i_value;
 }
 
 int Result::nforming(int i_node) const
@@ -194,7 +202,7 @@ double Result::dsafety(int i_node) const
 
 void Result::dsafety(int i_node, double i_value)
 {
-    mDsafety[i_node] = i_value;
+    Raw(mArrays->dsafety, i_node) = i_value;
 }
 
 double Result::dforming(int i_node) const
@@ -229,7 +237,7 @@ void Result::thickness(int i_elem, float i_value)
 
 float Result::strain(int i_elem, int i_comp) const
 {
-    return mStrain[kDim * i_elem + i_comp];
+    return Raw(mArrays->strain, static_cast<long long>(kDim) * i_elem + i_comp);
 }
 
 void Result::strain(int i_elem, int i_comp, float i_value) const
@@ -299,12 +307,12 @@ void Result::EquivalentStrain(int i_node, float i_value)
 
 float Result::stress(int i) const
 {
-    return mStress[i];
+    return Raw(mArrays->stress, i);
 }
 
 void Result::stress(int i, float i_value) const
 {
-    mStress[i] = i_value;
+    Raw(mArrays->stress, i) = i_value;
 }
 
 int Result::AverageNodeThickness(VOZCatMesh const & i_mesh)

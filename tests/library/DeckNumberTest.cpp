@@ -182,19 +182,6 @@ TEST(FormatDeckDouble, HidesACommaLocaleAndLeavesItInForce)
     EXPECT_EQ(printed(1234.5), "1234,500000");
 }
 
-TEST(TextToDouble, ReadsAsAtofDoes)
-{
-    for (char const * const text : kTexts)
-    {
-        double const expected = std::atof(text);
-        double const value = TextToDouble(text);
-        EXPECT_EQ(value, expected) << '"' << text << '"';
-        EXPECT_EQ(std::signbit(value), std::signbit(expected)) << '"' << text << '"';
-    }
-    for (char const * const text : {"nan", "-NaN", "nan(12)", "nanx"})
-        EXPECT_TRUE(std::isnan(TextToDouble(text))) << text;
-}
-
 TEST(TextToDouble, ReadsWhatWasPrintedWithAllDigits)
 {
     std::mt19937_64 random(72);
@@ -207,6 +194,20 @@ TEST(TextToDouble, ReadsWhatWasPrintedWithAllDigits)
         std::snprintf(text, sizeof text, i % 2 ? "%.17g" : "%a", value);
         ASSERT_EQ(TextToDouble(text), value) << text;
     }
+}
+
+#ifndef _WIN32 // the C library there knows neither "inf" nor hexadecimal digits
+TEST(TextToDouble, ReadsAsAtofDoes)
+{
+    for (char const * const text : kTexts)
+    {
+        double const expected = std::atof(text);
+        double const value = TextToDouble(text);
+        EXPECT_EQ(value, expected) << '"' << text << '"';
+        EXPECT_EQ(std::signbit(value), std::signbit(expected)) << '"' << text << '"';
+    }
+    for (char const * const text : {"nan", "-NaN", "nan(12)", "nanx"})
+        EXPECT_TRUE(std::isnan(TextToDouble(text))) << text;
 }
 
 TEST(TextToDouble, ReadsRandomScrapsAsAtofDoes)
@@ -226,6 +227,7 @@ TEST(TextToDouble, ReadsRandomScrapsAsAtofDoes)
             << '"' << text << "\": " << value << " for " << expected;
     }
 }
+#endif
 
 TEST(TextToDouble, NoTextIsZero)
 {

@@ -89,26 +89,29 @@ TEST(VerificationSquareCup, FortyMillimetresDeepLiesInItsBands)
 struct Row
 {
     double depth, restraint, friction;
-    double side, diagonal, leastH3, greatestH3, area;
+    double side, diagonal, leastH3, greatestH3, major, minor, area;
 };
 
 // Every restraint from none to past tearing, with and without tool friction: converges straight, to the same blank.
 TEST(VerificationSquareCup, EveryRestraintOfTheTableGivesItsBlank)
 {
-    for (Row const & row : {Row{15, 0, 0, 75.79, 106.41, -0.0666, 0.0650, 5691.7},
-                            Row{15, 9.4, 0.144, 75.71, 106.30, -0.0826, 0.0621, 5677.0},
-                            Row{40, 0, 0, 78.41, 106.65, -0.1067, 0.2895, 5746.9},
-                            Row{40, 9.4, 0.144, 78.64, 105.61, -0.1957, 0.2956, 5659.9},
-                            Row{40, 100, 0, 77.49, 104.41, -0.1957, 0.2124, 5497.4},
-                            Row{40, 200, 0, 73.55, 100.66, -0.4974, 0.0985, 5012.4}})
+    for (Row const & row : {Row{15, 0, 0, 75.79, 106.41, -0.0666, 0.0650, 0.332, -0.315, 5691.7},
+                            Row{15, 9.4, 0.144, 75.71, 106.30, -0.0826, 0.0621, 0.357, -0.307, 5677.0},
+                            Row{40, 0, 0, 78.41, 106.65, -0.1067, 0.2895, 0.694, -0.677, 5746.9},
+                            Row{40, 9.4, 0.144, 78.64, 105.61, -0.1957, 0.2956, 0.772, -0.690, 5659.9},
+                            Row{40, 100, 0, 77.49, 104.41, -0.1957, 0.2124, 0.764, -0.674, 5497.4},
+                            Row{40, 200, 0, 73.55, 100.66, -0.4974, 0.0985, 0.790, -0.643, 5012.4}})
     {
         SquareCup const shape = row.depth == 15 ? squareCup15() : squareCup40();
         std::string const name = std::to_string(static_cast<int>(row.depth)) + " mm, " + std::to_string(row.restraint) +
                                  " N/mm, mu " + std::to_string(row.friction);
         Figures const f = figuresOf(quarter(shape, row.restraint, row.friction), name.c_str());
-        EXPECT_NEAR(f.side, row.side, 0.1) << name;
-        EXPECT_NEAR(f.diagonal, row.diagonal, 0.1) << name;
-        EXPECT_NEAR(f.h.leastThickness, row.leastH3, 0.012) << name;
+        bool const shallow = row.depth == 15;
+        EXPECT_NEAR(f.side, row.side, shallow ? 0.05 : 0.1) << name;
+        EXPECT_NEAR(f.diagonal, row.diagonal, shallow ? 0.05 : 0.1) << name;
+        EXPECT_NEAR(f.h.leastThickness, row.leastH3, shallow ? 0.003 : 0.012) << name;
+        EXPECT_NEAR(f.h.greatestMajor, row.major, 0.03) << name;
+        EXPECT_NEAR(f.h.leastMinor, row.minor, 0.03) << name;
         EXPECT_NEAR(f.h.greatestThickness, row.greatestH3, 0.015) << name;
         EXPECT_NEAR(f.area, row.area, 8.0) << name;
     }
@@ -312,7 +315,7 @@ TEST(VerificationSquareCup, TheBlankHardlyDependsOnTheTwoNumbersOfTheLaw)
         EXPECT_NEAR(sideWith(settings), side, 0.03);
     }
     settings = {};
-    for (auto const & [theta, side] : {std::pair{0.5, 78.31}, std::pair{1.5, 78.39}})
+    for (auto const & [theta, side] : {std::pair{0.5, 78.31}, std::pair{1.5, 78.39}, std::pair{0.0, 78.40}})
     {
         settings.theta = theta;
         EXPECT_NEAR(sideWith(settings), side, 0.03);

@@ -152,3 +152,17 @@ TEST(HardeningCurve, AStraightLineTakesThePlaceOfTheCurveByItsShare)
     line.kappa = 0.0;
     EXPECT_NEAR(HardeningCurve(mildSteel(), line).plastic(0.3).stress, 0.3 * 565.32e6, 1.0);
 }
+
+// The thickness moderation must not change with what the fallbacks do to the curve.
+TEST(HardeningCurve, AStraightLineLeavesTheNeckingStrainOfATable)
+{
+    MaterialLaw const table = tableLaw({{0.01, 150e6}, {0.02, 180e6}, {0.1, 250e6}, {0.3, 330e6}, {0.6, 380e6}});
+    double const wanted = HardeningCurve(table, {}).neckingStrain();
+    EXPECT_GT(wanted, 0.1);
+    for (double const share : {0.5, 1.0})
+    {
+        LawOptions line;
+        line.lineShare = share;
+        EXPECT_DOUBLE_EQ(HardeningCurve(table, line).neckingStrain(), wanted);
+    }
+}

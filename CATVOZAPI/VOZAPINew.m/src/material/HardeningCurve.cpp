@@ -32,15 +32,15 @@ constexpr double kGaussWeight[4] = {0.36268378337836198, 0.31370664587788729, 0.
 } // namespace
 
 HardeningCurve::HardeningCurve(onestep::MaterialLaw const & i_law, LawOptions const & i_options)
-    : m_isTable(!i_law.table.empty()), m_strength(i_law.kValue), m_exponent(i_law.nValue),
-      m_lineShare(i_options.lineShare), m_kappa(i_options.kappa),
+    : m_isTable(!i_law.table.empty()), m_strength(i_law.kValue), m_exponent(i_law.nValue), m_kappa(i_options.kappa),
       m_youngsModulus(i_law.youngsModulus * i_options.youngsFactor)
 {
     if (m_isTable)
         layTable(i_law);
     else if (i_law.yield > 0.0 && i_law.nValue > 0.0)
         m_prestrain = std::pow(i_law.yield / i_law.kValue, 1.0 / i_law.nValue);
-    m_neckingStrain = findNeckingStrain();
+    m_neckingStrain = findNeckingStrain(); // of the user's curve, before a line is blended in
+    m_lineShare = i_options.lineShare;
     m_lineModulus = m_isTable ? tableValue(1.0).stress : m_strength;
     layFloor();
 }

@@ -213,6 +213,27 @@ TEST(GeometryIntegrationPoints, ACollapsedQuadrilateralIsSplitOverItsShorterDiag
     EXPECT_EQ(table.reported[0], (std::array<int, 4>{0, 0, 0, 1}));
 }
 
+TEST(GeometryIntegrationPoints, AQuadrilateralWhoseFirstSideHasNoLengthIsStillExact)
+{
+    SurfaceMesh mesh;
+    mesh.position = {{0, 0, 0}, {0, 0, 0}, {2, 1, 0}, {-1, 1, 0}};
+    Cell cell;
+    cell.node = {0, 1, 2, 3};
+    cell.count = 4;
+    mesh.cells = {cell};
+    PointTable const table = buildIntegrationPoints(mesh);
+    ASSERT_EQ(table.points.size(), 4u);
+    for (IntegrationPoint const & point : table.points)
+    {
+        Vec2 slope; // of x along e1 and e2
+        for (std::size_t k = 0; k < 4; ++k)
+            slope = slope + mesh.position[static_cast<std::size_t>(point.node[k])].x * point.gradient[k];
+        EXPECT_NEAR(slope.x, point.e1.x, 1e-12);
+        EXPECT_NEAR(slope.y, point.e2.x, 1e-12);
+        EXPECT_NEAR(dot(point.e1, point.e1), 1.0, 1e-12);
+    }
+}
+
 TEST(GeometryNodeNormals, BisectABentStripHoweverItIsCut)
 {
     // two planes at right angles, one of them cut finely

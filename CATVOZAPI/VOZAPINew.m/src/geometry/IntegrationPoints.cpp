@@ -25,6 +25,13 @@ std::size_t at(int i)
     return static_cast<std::size_t>(i);
 }
 
+// The first side of a cell, which e1 follows; i_other where its two nodes lie in one place.
+Vec3 firstSide(SurfaceMesh const & i_mesh, Cell const & i_cell, Vec3 i_other)
+{
+    Vec3 const side = i_mesh.position[at(i_cell.node[1])] - i_mesh.position[at(i_cell.node[0])];
+    return dot(side, side) > 0.0 ? side : i_other;
+}
+
 // Frame with normal n (turned by sign) and e1 along i_along.
 void layFrame(Vec3 i_normal, Vec3 i_along, double i_sign, IntegrationPoint & io_point)
 {
@@ -47,8 +54,7 @@ IntegrationPoint trianglePoint(SurfaceMesh const & i_mesh, int i_cell, std::arra
     }
     Vec3 const twice = cross(x[1] - x[0], x[2] - x[0]);
     point.area = 0.5 * length(twice);
-    Vec3 const along = i_mesh.position[at(cell.node[1])] - i_mesh.position[at(cell.node[0])];
-    layFrame(unit(twice), along, cell.sign, point);
+    layFrame(unit(twice), firstSide(i_mesh, cell, x[1] - x[0]), cell.sign, point);
     Vec2 q[3];
     for (int k = 0; k < 3; ++k)
         q[k] = {dot(x[k] - x[0], point.e1), dot(x[k] - x[0], point.e2)};
@@ -77,8 +83,7 @@ IntegrationPoint quadPoint(SurfaceMesh const & i_mesh, int i_cell, int i_point)
     }
     Vec3 const normal = cross(g1, g2);
     point.area = length(normal);
-    Vec3 const along = i_mesh.position[at(cell.node[1])] - i_mesh.position[at(cell.node[0])];
-    layFrame(unit(normal), along, cell.sign, point);
+    layFrame(unit(normal), firstSide(i_mesh, cell, g1), cell.sign, point);
     double const a = dot(g1, point.e1), b = dot(g1, point.e2), c = dot(g2, point.e1), d = dot(g2, point.e2);
     double const inverse = 1.0 / (a * d - b * c);
     for (std::size_t k = 0; k < 4; ++k)

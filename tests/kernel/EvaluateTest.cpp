@@ -101,6 +101,15 @@ TEST(Evaluate, StridesByOneForTrianglesAndByFourWithAQuadrilateralAnywhere)
         ASSERT_EQ(plain.result->m_padStrainComponentsTop[i], 0.0); // allocated, not used
 }
 
+TEST(Evaluate, ABinderWithACountThatIsNoneIsNotRead)
+{
+    Job job = jobOf(patch(Cells::Triangles));
+    VOZMesh_s * const binder = partOf(patch(Cells::Quads));
+    binder->m_psTopology->m_nNumElements = -7;
+    job.data->SetBinderMeshData(binder, nullptr);
+    solve(job);
+}
+
 TEST(Evaluate, TheFrameAndItsOriginCarryTheAnswer)
 {
     // The part stands on end and far away: its stamping direction is the global x.
@@ -398,6 +407,7 @@ TEST_F(EvaluateFiles, SummaryAndLogGoToTheWorkingFolder)
     EXPECT_THAT(summary, HasSubstr("blank area m2 "));
     std::string const log = read("sum.log");
     EXPECT_GT(std::count(log.begin(), log.end(), '\n'), 8); // the iteration table
+    EXPECT_THAT(log, HasSubstr("planes of symmetry: punch force"));
     EXPECT_THAT(log, HasSubstr("converged"));
 }
 
@@ -417,6 +427,20 @@ TEST_F(EvaluateFiles, EqualJobsLeaveEqualFilesUnderACommaLocaleToo)
     CommaLocale const comma;
     ASSERT_TRUE(comma.inForce());
     EXPECT_EQ(filesOf(), before);
+}
+
+TEST_F(EvaluateFiles, AWarningStandsInTheLogOnce)
+{
+    Job job = jobOf(patch(Cells::Triangles));
+    job.bc->SetDrawbeads(1, new VOZSolverDrawbead_s[1]);
+    job.bc->m_pasDrawbeads[0].m_nElement = 3; // without coordinates: skipped
+    name(job, "sum.txt");
+    solve(job);
+    std::string const log = read("sum.log");
+    std::size_t const first = log.find("warning: 1 draw-bead segments");
+    ASSERT_NE(first, std::string::npos);
+    EXPECT_EQ(log.find("warning: ", first + 1), std::string::npos);
+    EXPECT_EQ(log.find("planes of symmetry"), std::string::npos); // it has none
 }
 
 TEST_F(EvaluateFiles, ARefusalStandsInBothFiles)

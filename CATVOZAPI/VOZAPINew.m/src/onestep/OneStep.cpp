@@ -155,6 +155,12 @@ void noteRun(PieceSolver const & i_solver, Solution & io_solution)
     io_solution.warnings.insert(io_solution.warnings.end(), i_solver.warnings().begin(), i_solver.warnings().end());
 }
 
+void logWarnings(Solution const & i_solution, Monitor const & i_monitor)
+{
+    for (std::string const & warning : i_solution.warnings)
+        i_monitor.log("warning: " + warning);
+}
+
 Solution without(Status i_status, std::string i_message, Solution i_solution)
 {
     i_solution.status = i_status;
@@ -183,10 +189,12 @@ Solution Solve(Problem const & i_problem, Settings const & i_settings, Progress 
         return without(Status::Refused, std::move(refusal), std::move(solution));
     Partition parts = partition(i_problem);
     solution.warnings = parts.warnings;
-    if (!parts.refusal.empty())
-        return without(Status::Refused, parts.refusal, std::move(solution));
-
     Monitor monitor(i_progress);
+    if (!parts.refusal.empty())
+    {
+        logWarnings(solution, monitor);
+        return without(Status::Refused, parts.refusal, std::move(solution));
+    }
     Collector collector(i_problem, solution);
     solution.status = Status::Converged;
     double done = 0.0, all = 0.0;
@@ -200,18 +208,21 @@ Solution Solve(Problem const & i_problem, Settings const & i_settings, Progress 
         PieceSolver solver(i_problem, i_settings, parts.pieces[i], monitor);
         Status const status = solver.solve();
         noteRun(solver, solution);
-        if (status == Status::Stopped)
-            return without(status, "stopped on request", std::move(solution));
         if (status != Status::Converged && status != Status::Accepted)
-            return without(status, solver.message(), std::move(solution));
+        {
+            logWarnings(solution, monitor);
+            std::string const reason = status == Status::Stopped ? "stopped on request" : solver.message();
+            return without(status, reason, std::move(solution));
+        }
         logCost(solver, monitor);
         if (status == Status::Accepted)
             solution.status = Status::Accepted;
         collector.addPiece(solver, parts.shift[i]);
+        if (!solver.piece().symmetry.empty())
+            monitor.log("planes of symmetry: punch force and work are those of the piece as given, not of the whole");
     }
     collector.carryLooseNodes(parts.dropped);
-    for (std::string const & warning : solution.warnings)
-        monitor.log("warning: " + warning);
+    logWarnings(solution, monitor);
     return solution;
 }
 

@@ -118,7 +118,5 @@ void RunFiles::Summarise(Problem const & i_problem, Solution const & i_solution)
     for (std::string const & warning : i_solution.warnings)
         text += TextOf("warning              ", warning, "\n");
     Write(text);
-    for (std::string const & warning : i_solution.warnings)
-        Log(TextOf("warning: ", warning));
     Log(TextOf(Outcome(i_solution.status), i_solution.message.empty() ? "" : ": ", i_solution.message));
 }

@@ -35,7 +35,7 @@ constexpr std::size_t kComponents = 3; // values per integration point
 
 bool HasQuad(VOZMesh_s const * i_pMesh)
 {
-    if (!i_pMesh || !i_pMesh->GetElements())
+    if (!i_pMesh || !i_pMesh->GetElements() || i_pMesh->GetNumElements() < 1)
         return false;
     VOZElement_s const * const pFirst = i_pMesh->GetElements();
     return std::any_of(pFirst, pFirst + i_pMesh->GetNumElements(),

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <locale>
 #include <random>
 
 using namespace onesteptest;
@@ -499,6 +500,26 @@ TEST(OneStepRefusals, NameTheCulprit)
     }
 }
 
+TEST(OneStepRefusals, ReadTheSameUnderEveryLocale)
+{
+    struct Grouped : std::numpunct<char>
+    {
+        char do_decimal_point() const override { return ','; }
+        char do_thousands_sep() const override { return '.'; }
+        std::string do_grouping() const override { return "\3"; }
+    };
+    Problem problem = smallCup();
+    problem.holders[0].element = 50000;
+    std::locale const before = std::locale::global(std::locale(std::locale::classic(), new Grouped));
+    std::string const element = Solve(problem, {}, {}).message;
+    problem = smallCup();
+    problem.toolFriction = -0.25;
+    std::string const friction = Solve(problem, {}, {}).message;
+    std::locale::global(before);
+    EXPECT_NE(element.find("element 50000"), std::string::npos) << element;
+    EXPECT_NE(friction.find("-0.25"), std::string::npos) << friction;
+}
+
 TEST(OneStepRefusals, AClosedSurfaceCannotBeLaidFlat)
 {
     Problem problem;
@@ -560,6 +581,21 @@ TEST(OneStepLadder, FailureTellsThePlace)
     EXPECT_EQ(solution.status, Status::Failed);
     EXPECT_NE(solution.message.find("at node"), std::string::npos) << solution.message;
     EXPECT_NE(solution.message.find("of element"), std::string::npos);
+}
+
+// Three steps solve the easier problems, but not to a tolerance that no rounding allows.
+TEST(OneStepLadder, TheLastIncrementOfTheForcesIsHalvedToo)
+{
+    Settings few;
+    few.maxSteps = 3;
+    few.tolerance = 1.0e-15;
+    std::string lines;
+    Progress watch;
+    watch.log = [&](std::string const & line) { lines += line + "\n"; };
+    Solve(smallCup(), few, watch);
+    for (char const * level : {"0.25", "0.5", "0.75", "0.875", "0.9375", "0.96875", "0.984375"})
+        EXPECT_NE(lines.find(std::string("outer forces at ") + level + "\n"), std::string::npos) << level;
+    EXPECT_EQ(lines.find("0.9921875"), std::string::npos); // 1/64 is the least increment
 }
 
 TEST(OneStepLadder, AnswersFromAFallbackEqualTheDirectOnes)

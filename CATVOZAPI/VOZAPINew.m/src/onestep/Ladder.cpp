@@ -5,6 +5,8 @@
 
 #include "onestep/Ladder.h"
 
+#include "TextOf.h"
+
 namespace voz::onestep
 {
 
@@ -106,10 +108,17 @@ private:
         m_system.setLaw(law(1.0, 0.0));
         double reached = 0.0, increment = 0.25;
         std::vector<Vec2> flat;
-        while (reached + increment < 1.0 && increment >= kLeastIncrement && !m_monitor.stopped())
+        while (increment >= kLeastIncrement && !m_monitor.stopped())
         {
+            if (reached + increment >= 1.0) // the last increment is halved like any other
+            {
+                if (solveFull())
+                    return true;
+                increment *= 0.5;
+                continue;
+            }
             m_system.setLoadFactor(reached + increment);
-            remark("fallback 4: outer forces at " + std::to_string(reached + increment));
+            remark(TextOf("fallback 4: outer forces at ", reached + increment));
             if (solve(kEasyTolerance, flat))
                 reached += increment;
             else

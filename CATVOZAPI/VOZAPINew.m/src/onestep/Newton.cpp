@@ -72,7 +72,7 @@ NewtonState Newton::measure(std::span<Vec2 const> i_flat)
     for (std::size_t e = 0; e < m_residual.size(); ++e)
     {
         squares += m_residual[e] * m_residual[e];
-        if (std::abs(m_residual[e]) > greatest)
+        if (state.worstUnknown < 0 || std::abs(m_residual[e]) > greatest) // a place even where nothing is a number
         {
             greatest = std::abs(m_residual[e]);
             state.worstUnknown = static_cast<int>(e);

@@ -2,23 +2,15 @@
 
 #include "onestep/ProblemCheck.h"
 
+#include "TextOf.h"
+
 #include <cmath>
-#include <sstream>
 
 namespace voz::onestep
 {
 
 namespace
 {
-
-// Joins words and numbers into a sentence.
-template <class... Part>
-std::string sentence(Part const &... i_parts)
-{
-    std::ostringstream text;
-    (text << ... << i_parts);
-    return text.str();
-}
 
 std::string checkNodes(Problem const & i_problem)
 {
@@ -27,7 +19,7 @@ std::string checkNodes(Problem const & i_problem)
     for (std::size_t i = 0; i < i_problem.nodes.size(); ++i)
         for (double const x : i_problem.nodes[i])
             if (!std::isfinite(x))
-                return sentence("node ", i, ": a coordinate is not a finite number");
+                return TextOf("node ", i, ": a coordinate is not a finite number");
     return {};
 }
 
@@ -42,11 +34,11 @@ std::string checkElements(Problem const & i_problem)
             int const node = element.nodes[corner];
             bool const absent = corner == 3 && node == -1;
             if (!absent && (node < 0 || node >= count))
-                return sentence("element ", e, ": node ", node, " does not exist; expected 0 to ", count - 1);
+                return TextOf("element ", e, ": node ", node, " does not exist; expected 0 to ", count - 1);
         }
         if (element.material < 0 || element.material >= static_cast<int>(i_problem.materials.size()))
-            return sentence("element ", e, ": material ", element.material, " does not exist; there are ",
-                            i_problem.materials.size());
+            return TextOf("element ", e, ": material ", element.material, " does not exist; there are ",
+                          i_problem.materials.size());
     }
     return {};
 }
@@ -54,18 +46,18 @@ std::string checkElements(Problem const & i_problem)
 std::string checkTable(std::size_t i_material, std::vector<std::array<double, 2>> const & i_table)
 {
     if (i_table.size() == 1)
-        return sentence("material ", i_material, ": a stress-strain table needs at least two points");
+        return TextOf("material ", i_material, ": a stress-strain table needs at least two points");
     for (std::size_t i = 0; i < i_table.size(); ++i)
     {
         double const strain = i_table[i][0], stress = i_table[i][1];
         bool const ascends = i == 0 ? strain >= 0.0 : strain > i_table[i - 1][0];
         if (!ascends || !std::isfinite(strain))
-            return sentence("material ", i_material, ": strain ", strain, " of point ", i,
-                            " of the table does not ascend");
+            return TextOf("material ", i_material, ": strain ", strain, " of point ", i,
+                          " of the table does not ascend");
         bool const origin = i == 0 && strain == 0.0 && stress == 0.0;
         if (!origin && !(stress > 0.0 && std::isfinite(stress)))
-            return sentence("material ", i_material, ": stress ", stress, " of point ", i,
-                            " of the table; expected a positive number");
+            return TextOf("material ", i_material, ": stress ", stress, " of point ", i,
+                          " of the table; expected a positive number");
     }
     return {};
 }
@@ -88,8 +80,7 @@ std::string checkMaterials(Problem const & i_problem)
                              {"strength coefficient K", law.table.empty() ? law.kValue : 1.0, false}};
         for (auto const & number : numbers)
             if (!std::isfinite(number.value) || number.value < 0.0 || (number.value == 0.0 && !number.mayBeZero))
-                return sentence("material ", m, ": ", number.name, " is ", number.value,
-                                "; expected a positive number");
+                return TextOf("material ", m, ": ", number.name, " is ", number.value, "; expected a positive number");
         if (std::string const problem = checkTable(m, law.table); !problem.empty())
             return problem;
     }
@@ -111,23 +102,23 @@ std::string checkActions(Problem const & i_problem)
     {
         HolderEdge const & edge = i_problem.holders[i];
         if (edge.element < 0 || edge.element >= elements)
-            return sentence("holder edge ", i, ": element ", edge.element, " does not exist");
+            return TextOf("holder edge ", i, ": element ", edge.element, " does not exist");
         if (!areNeighbours(i_problem.elements[static_cast<std::size_t>(edge.element)], edge.corner1, edge.corner2))
-            return sentence("holder edge ", i, ": positions ", edge.corner1, " and ", edge.corner2,
-                            " are no side of element ", edge.element);
+            return TextOf("holder edge ", i, ": positions ", edge.corner1, " and ", edge.corner2,
+                          " are no side of element ", edge.element);
         if (!std::isfinite(edge.force))
-            return sentence("holder edge ", i, " on element ", edge.element, ": the force is not a finite number");
+            return TextOf("holder edge ", i, " on element ", edge.element, ": the force is not a finite number");
     }
     for (std::size_t i = 0; i < i_problem.beads.size(); ++i)
     {
         BeadSegment const & bead = i_problem.beads[i];
         if (bead.element < 0 || bead.element >= elements)
-            return sentence("bead segment ", i, ": element ", bead.element, " does not exist");
+            return TextOf("bead segment ", i, ": element ", bead.element, " does not exist");
         bool finite = std::isfinite(bead.force);
         for (double const coordinate : bead.natural)
             finite = finite && std::isfinite(coordinate);
         if (!finite)
-            return sentence("bead segment ", i, " on element ", bead.element, ": a number is not finite");
+            return TextOf("bead segment ", i, " on element ", bead.element, ": a number is not finite");
     }
     return {};
 }
@@ -135,25 +126,25 @@ std::string checkActions(Problem const & i_problem)
 std::string checkRest(Problem const & i_problem)
 {
     if (!i_problem.padShear.empty() && i_problem.padShear.size() != i_problem.elements.size())
-        return sentence("pad pressures: ", i_problem.padShear.size(), " values for ", i_problem.elements.size(),
-                        " elements");
+        return TextOf("pad pressures: ", i_problem.padShear.size(), " values for ", i_problem.elements.size(),
+                      " elements");
     for (std::size_t e = 0; e < i_problem.padShear.size(); ++e)
         if (!std::isfinite(i_problem.padShear[e]))
-            return sentence("pad pressure of element ", e, ": not a finite number");
+            return TextOf("pad pressure of element ", e, ": not a finite number");
     if (!i_problem.curvatures.empty() && i_problem.curvatures.size() != i_problem.elements.size())
-        return sentence("curvatures: ", i_problem.curvatures.size(), " rows for ", i_problem.elements.size(),
-                        " elements");
+        return TextOf("curvatures: ", i_problem.curvatures.size(), " rows for ", i_problem.elements.size(),
+                      " elements");
     for (std::size_t e = 0; e < i_problem.curvatures.size(); ++e)
         for (double const value : i_problem.curvatures[e])
             if (!std::isfinite(value))
-                return sentence("curvature of element ", e, ": not a finite number");
+                return TextOf("curvature of element ", e, ": not a finite number");
     auto const nodes = static_cast<int>(i_problem.nodes.size());
     for (std::size_t i = 0; i < i_problem.constraints.size(); ++i)
     {
         NodeConstraint const & c = i_problem.constraints[i];
         bool const used = c.node >= 0 && c.node < nodes;
         if (used && (!std::isfinite(c.angle) || !std::isfinite(c.value)))
-            return sentence("constraint ", i, " on node ", c.node, ": angle or value is not a finite number");
+            return TextOf("constraint ", i, " on node ", c.node, ": angle or value is not a finite number");
     }
     return {};
 }
@@ -161,7 +152,7 @@ std::string checkRest(Problem const & i_problem)
 std::string checkSettings(Problem const & i_problem, Settings const & i_settings)
 {
     if (!std::isfinite(i_problem.toolFriction) || i_problem.toolFriction < 0.0)
-        return sentence("tool friction is ", i_problem.toolFriction, "; expected zero or a positive number");
+        return TextOf("tool friction is ", i_problem.toolFriction, "; expected zero or a positive number");
     bool const good = i_settings.kappa >= 0.0 && i_settings.theta >= 0.0 && i_settings.tolerance > 0.0 &&
                       i_settings.maxSteps > 0 && std::isfinite(i_settings.kappa) && std::isfinite(i_settings.theta);
     return good ? std::string{} : "settings of the solver: a number is out of range";

@@ -155,7 +155,7 @@ bool IsInside(std::array<Point3, 2> const & i_box, double const (&i_place)[3])
 std::vector<int> Sorted(std::vector<int> i_positions, JobSelection const & i_selection, Job const & i_job)
 {
     std::ranges::sort(i_positions);
-    i_positions.erase(std::ranges::unique(i_positions).begin(), i_positions.end());
+    i_positions.erase(std::unique(i_positions.begin(), i_positions.end()), i_positions.end());
     if (i_positions.empty())
         RefuseSelection(i_selection, i_job, "nothing of the mesh lies in the selection");
     return i_positions;

@@ -9,7 +9,9 @@
 
 #include <nlohmann/json.hpp>
 
+#include <cmath>
 #include <memory>
+#include <optional>
 
 namespace
 {
@@ -22,9 +24,9 @@ struct MeshArguments
     std::string repair; // inspect
     std::string symmetry = "none";
     std::vector<double> dieLine;
-    double tolerance = -1.0; // mm
-    double unitLength = 0.0; // mm
-    std::size_t listed = 10; // findings of a kind
+    std::optional<double> tolerance; // mm
+    double unitLength = 0.0;         // mm
+    std::size_t listed = 10;         // findings of a kind
     bool isTip = false;
     bool isJson = false;
     bool isForced = false;
@@ -46,6 +48,22 @@ void PrintRemarks(MeshModel const & i_model)
         console.Note("skipped: " + std::to_string(item.count) + " x " + item.name);
 }
 
+// Wrong use is told while the command line is read.
+void CheckNumbers(MeshArguments & io_arguments)
+{
+    std::vector<double> & line = io_arguments.dieLine;
+    if (!line.empty())
+    {
+        double const length = std::hypot(line[0], line[1], line[2]);
+        if (!std::isfinite(length) || !(length > 0.0))
+            throw CLI::ValidationError("--die-line", "expected three finite numbers, not all 0");
+        for (double & component : line)
+            component /= length;
+    }
+    if (io_arguments.tolerance && !(std::isfinite(*io_arguments.tolerance) && *io_arguments.tolerance >= 0.0))
+        throw CLI::ValidationError("--tolerance", "expected a finite number of millimetres, 0 or more");
+}
+
 Tipping TippingOf(MeshArguments const & i_arguments, MeshModel const & i_model)
 {
     std::vector<JobPlane> planes;
@@ -56,7 +74,9 @@ Tipping TippingOf(MeshArguments const & i_arguments, MeshModel const & i_model)
     std::optional<Point3> dieLine;
     if (!i_arguments.dieLine.empty())
         dieLine = {i_arguments.dieLine[0], i_arguments.dieLine[1], i_arguments.dieLine[2]};
-    return FindTipping(i_model.mesh, planes, dieLine);
+    Tipping tipping = FindTipping(i_model.mesh, planes, dieLine);
+    RequireFrame(tipping, i_arguments.in, "--die-line");
+    return tipping;
 }
 
 std::string Row(VOZCatAxis const & i_frame, int i_row)
@@ -98,12 +118,12 @@ int Inspect(MeshArguments const & i_arguments)
     {
         ProtectFile(i_arguments.repair, i_arguments.isForced);
         RepairOptions options;
-        options.pairTolerance = i_arguments.tolerance;
+        options.pairTolerance = i_arguments.tolerance.value_or(-1.0);
         steps = RepairMesh(model, options);
         WriteMesh(model, i_arguments.repair);
     }
     CheckOptions options;
-    options.pairTolerance = i_arguments.tolerance;
+    options.pairTolerance = i_arguments.tolerance.value_or(-1.0);
     options.listed = i_arguments.listed;
     MeshReport const report = CheckMesh(model, options);
     std::optional<Tipping> tipping;
@@ -163,14 +183,18 @@ void AddInspect(CLI::App & io_app, Action & io_action)
     verb->add_option("--symmetry", arguments->symmetry, "Of the model, for --tip: none, xz, yz, both")
         ->check(CLI::IsMember({"none", "xz", "yz", "both"}));
     verb->add_option("--die-line", arguments->dieLine, "Stamping direction x y z, for --tip")->expected(3);
-    verb->add_option("--tolerance", arguments->tolerance, "Nodes nearer than this are one, in mm")
-        ->check(CLI::NonNegativeNumber);
+    verb->add_option("--tolerance", arguments->tolerance, "Nodes nearer than this are one, in mm");
     verb->add_option("--list", arguments->listed, "How many findings of a kind are named (all are counted)")
         ->capture_default_str();
     verb->add_flag("--json", arguments->isJson, "One JSON document");
     verb->footer("Exit code 1: the mesh has faults that a solver would stumble over.\n"
                  "Example: dravo inspect part.bdf --tip --repair part_mended.bdf");
-    verb->callback([&io_action, arguments] { io_action = [arguments] { return Inspect(*arguments); }; });
+    verb->callback(
+        [&io_action, arguments]
+        {
+            CheckNumbers(*arguments);
+            io_action = [arguments] { return Inspect(*arguments); };
+        });
 }
 
 void AddConvert(CLI::App & io_app, Action & io_action)

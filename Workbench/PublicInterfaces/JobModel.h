@@ -48,6 +48,9 @@ Tipping FindTipping(VOZCatMesh const & i_mesh, std::vector<JobPlane> const & i_p
                     std::optional<Point3> const & i_dieLine);
 Tipping FindTipping(Job const & i_job, JobModel const & i_model); // throws InputError where no frame can be found
 
+// Throws InputError where the frame has no direction: what would give one is named as i_remedy.
+void RequireFrame(Tipping const & i_tipping, std::string const & i_mesh, std::string const & i_remedy);
+
 // Selections as positions, ascending. Throw InputError for ids and sets that the mesh does not have, and for none.
 std::vector<int> NodesOf(JobSelection const & i_selection, Job const & i_job, JobModel const & i_model);
 std::vector<int> ElementsOf(JobSelection const & i_selection, Job const & i_job, JobModel const & i_model);

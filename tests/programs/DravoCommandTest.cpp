@@ -126,6 +126,20 @@ TEST_F(DravoCommand, InspectShowsFrameAndUndercuts)
     EXPECT_EQ(document["stamping_frame"]["axes"][2][2], 1.0) << "the part tells the sense";
 }
 
+TEST_F(DravoCommand, InspectRefusesAPartWithoutAStampingDirection)
+{
+    std::string text = "BEGIN BULK\n";
+    for (int n = 0; n < 8; ++n)
+        text += "GRID," + std::to_string(n + 1) + ",," + (n % 2 ? "1." : "0.") + "," + (n / 2 % 2 ? "1." : "0.") + "," +
+                (n / 4 ? "1." : "0.") + "\n";
+    Write("cube.bdf", text + "CQUAD4,1,1,1,3,4,2\nCQUAD4,2,1,5,6,8,7\nCQUAD4,3,1,1,2,6,5\nCQUAD4,4,1,3,7,8,4\n"
+                             "CQUAD4,5,1,1,5,7,3\nCQUAD4,6,1,2,4,8,6\nENDDATA\n");
+    Ran const ran = Dravo("inspect cube.bdf --tip");
+    EXPECT_EQ(ran.code, 3) << ran.out;
+    EXPECT_TRUE(ran.Says("give --die-line")) << ran.err;
+    EXPECT_NE(Dravo("inspect cube.bdf --tip --die-line 0 0 1").code, 3);
+}
+
 TEST_F(DravoCommand, InspectMendsAndConvertWritesOtherFormats)
 {
     MakeJob();
@@ -231,7 +245,9 @@ TEST_F(DravoCommand, WrongUseIsTwo)
 {
     for (char const * const arguments :
          {"", "frobnicate", "run", "run --no-such-option x", "run x --route tube", "run x --threads 0",
-          "run x --quiet --verbose", "inspect x --die-line 0 1", "inspect x --symmetry zx", "convert only_one"})
+          "run x --quiet --verbose", "inspect x --die-line 0 1", "inspect x --die-line 0 0 0",
+          "inspect x --die-line nan 0 1", "inspect x --tolerance nan", "inspect x --tolerance -1",
+          "inspect x --symmetry zx", "convert only_one"})
     {
         Ran const ran = Dravo(arguments);
         EXPECT_EQ(ran.code, 2) << arguments;

@@ -271,16 +271,21 @@ Tipping FindTipping(VOZCatMesh const & i_mesh, std::vector<JobPlane> const & i_p
     return tipping;
 }
 
+void RequireFrame(Tipping const & i_tipping, std::string const & i_mesh, std::string const & i_remedy)
+{
+    for (int i = 0; i < 3; ++i)
+        for (int j = 0; j < 3; ++j)
+            if (!std::isfinite(i_tipping.frame.axis(i, j)) || !std::isfinite(i_tipping.frame.origin(j)))
+                throw InputError(i_mesh, 0, 0,
+                                 "the mean normal of the part vanishes, so it has no stamping direction; give " +
+                                     i_remedy);
+}
+
 Tipping FindTipping(Job const & i_job, JobModel const & i_model)
 {
     CheckPlanes(i_job, i_model);
     Tipping tipping = FindTipping(i_model.mesh.mesh, i_job.planes, i_job.dieLine);
-    for (int i = 0; i < 3; ++i)
-        for (int j = 0; j < 3; ++j)
-            if (!std::isfinite(tipping.frame.axis(i, j)) || !std::isfinite(tipping.frame.origin(j)))
-                throw InputError(i_job.mesh, 0, 0,
-                                 "the mean normal of the part vanishes, so it has no stamping direction; "
-                                 "give tip.die_line");
+    RequireFrame(tipping, i_job.mesh, "tip.die_line");
     return tipping;
 }
 

@@ -3,7 +3,8 @@
 // Index 0 exists and is no node or element. Which unit stands in an array depends on the route (mm after the file
 // route, m after the in-process routes); strains are engineering percent. An index out of bounds is reported as a
 // broken contract, and the access then goes to index 0; operations marked "raw" report nothing, know the arrays' size
-// alone and go to index 0 beyond it. No operation checks the component. Copies share all arrays, which are freed with the last of them; counts and punch force are their own.
+// alone and go to index 0 beyond it. No operation checks the component. Copies share all arrays, which are freed with
+// the last of them; counts and punch force are their own.
 
 #ifndef RESULT_H
 #define RESULT_H

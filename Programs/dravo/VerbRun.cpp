@@ -139,7 +139,8 @@ void AddJob(CLI::App & io_verb, RunArguments & io_arguments)
 
 void AddTalk(CLI::App & io_verb, RunArguments & io_arguments)
 {
-    auto * const quiet = io_verb.add_flag("--quiet,-q", io_arguments.isQuiet, "Say nothing but errors");
+    auto * const quiet =
+        io_verb.add_flag("--quiet,-q", io_arguments.isQuiet, "Only results, on standard output, and errors");
     io_verb.add_flag("--verbose,-v", io_arguments.isVerbose, "Say more")->excludes(quiet);
     io_verb.add_flag("--strict", io_arguments.isStrict, "Exit code 1 for a warning, too");
 }

@@ -144,6 +144,8 @@ TEST_F(JobTest, AnUnknownKeyIsRefusedWithItsLineAndTheNearestKey)
     EXPECT_THAT(RefusalOf(Replaced(Sound(), "thickness =", "thicknes =")),
                 AllOf(HasSubstr(At(5)), HasSubstr("unknown key \"blank.thicknes\""),
                       HasSubstr("nearest valid key is \"thickness\"")));
+    EXPECT_THAT(RefusalOf(Replaced(Sound(), "thickness = \"0.78 mm\"", "thicknes_mm = 0.78")),
+                HasSubstr("unknown key \"blank.thicknes_mm\"; the nearest valid key is \"thickness_mm\""));
     EXPECT_THAT(RefusalOf(Replaced(Sound(), "thickness =", "gauge =")), HasSubstr("blank.thickness is missing"));
     EXPECT_THAT(RefusalOf(Replaced(Sound(), "[blank]", "[blank]\nthicknes_mm = 1")),
                 AllOf(HasSubstr(At(5)), HasSubstr("unknown key \"blank.thicknes_mm\""),

@@ -406,15 +406,32 @@ std::vector<JobTable> JobTable::Tables(std::string const & i_key)
     return tables;
 }
 
+namespace
+{
+// "thickness" of "thickness_mm"; the key itself where it ends in no unit.
+std::string WithoutUnit(std::string const & i_key)
+{
+    for (Unit const & unit : AllUnits())
+        if (std::string const suffix = "_" + std::string(unit.suffix); i_key.ends_with(suffix))
+            return i_key.substr(0, i_key.size() - suffix.size());
+    return i_key;
+}
+} // namespace
+
 // A key that stands in the table and differs from the missing one by a slip of the pen is what is wrong.
 void JobTable::Missing(std::string const & i_key, std::string const & i_expected) const
 {
     constexpr int kSlip = 2; // letters
     if (mTable != nullptr)
         for (auto const & [tomlKey, node] : *mTable)
-            if (std::string const key(tomlKey.str()); !mAsked.contains(key) && EditDistance(key, i_key) <= kSlip)
+        {
+            std::string const key(tomlKey.str());
+            std::string const name = WithoutUnit(key);
+            if (!mAsked.contains(key) && EditDistance(name, i_key) <= kSlip)
                 mContext->Fail(static_cast<int>(tomlKey.source().begin.line),
-                               "unknown key \"" + Name(key) + "\"; the nearest valid key is \"" + i_key + "\"");
+                               "unknown key \"" + Name(key) + "\"; the nearest valid key is \"" + i_key +
+                                   key.substr(name.size()) + "\"");
+        }
     mContext->Fail(Line(), Name(i_key) + " is missing: " + i_expected);
 }
 

@@ -1,16 +1,15 @@
 // VOZUtilitySolving.h: the door of the kernel: runs the solver on a job's records.
-//
-// The callback gets the percentage done, from 0 to 100 and never backwards, with the two pointers that came with it, on
-// the caller's thread; a nonzero answer ends the run. It may be null.
 
 #ifndef VOZUTILITYSOLVING_H
 #define VOZUTILITYSOLVING_H
 
 #include "ExportedByVOZAPINew.h"
+#include "VOZProgressCallback.h"
+
+#include <cstdio>
 
 struct VOZMultiStageSolverIOData_s;
-
-typedef int (*VOZProgressCallback)(double i_dPercent, void * i_pTask, void * i_pReserved);
+struct VOZSolverAutoBC_s;
 
 class ExportedByVOZAPINew VOZUtilitySolving
 {
@@ -31,6 +30,18 @@ public:
     // force 0, the blank mesh as it came.
     static int Evaluate(VOZMultiStageSolverIOData_s * io_psData, VOZProgressCallback i_callback, void * i_pTask,
                         void * i_pReserved);
+
+    // The same with a binder: the blank closes on the binder first, and where it lies then goes to the coordinates of
+    // the record's blank-on-binder mesh; the strains are those of the whole way from the flat. i_pLog, where not null,
+    // takes the log and stays the caller's.
+    static int TwoStagesWithBinder(double i_dLogValue, std::FILE * i_pLog, unsigned short const * i_strLogName,
+                                   unsigned short const * i_strFolder, VOZStopFunction i_stop,
+                                   VOZProgressCallback i_callback, void * i_pTask, void * i_pReserved,
+                                   VOZMultiStageSolverIOData_s * io_psData);
+
+    // The same with the restraint along the free edges that brings the strains at one or two nodes to given values.
+    static int EvaluateAutoStrain(VOZMultiStageSolverIOData_s * io_psData, VOZSolverAutoBC_s const * i_psWanted,
+                                  VOZProgressCallback i_callback, void * i_pTask, void * i_pReserved);
 };
 
 #endif

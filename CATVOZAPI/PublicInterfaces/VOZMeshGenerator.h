@@ -1,0 +1,20 @@
+// VOZMeshGenerator.h: preparation of a mesh for the springback solve.
+
+#ifndef VOZMESHGENERATOR_H
+#define VOZMESHGENERATOR_H
+
+#include "ExportedByVOZAPINew.h"
+#include "VOZProgressCallback.h"
+
+struct VOZMesh_s;
+
+class ExportedByVOZAPINew VOZMeshGenerator
+{
+public:
+    // Checks the mesh for VOZSolverSpringback::Unfold. Topology and numbering stay. Raises a CATError that says what
+    // was found, where and what was expected.
+    static void ModifyMeshTopolgyForSpringBack(VOZMesh_s * io_psMesh, unsigned short const * i_strFolder,
+                                               VOZProgressCallback i_callback, void * i_pTask, void * i_pReserved);
+};
+
+#endif

@@ -1,0 +1,59 @@
+// Pending.cpp: operations that are declared and not yet built. Each raises.
+
+#include "CATError.h"
+#include "VOZInitEvalPOL.h"
+#include "VOZMaterialUtility.h"
+#include "VOZMeshGenerator.h"
+#include "VOZMeshUtil.h"
+#include "VOZSolverSpringback.h"
+#include "VOZUtilitySolving.h"
+
+namespace
+{
+[[noreturn]] void RaiseNotBuilt(char const * i_name)
+{
+    throw CATError(CATUnicodeString(i_name), "not built yet", __LINE__);
+}
+} // namespace
+
+bool VOZMeshUtil::EvalMeshBoundaries(VOZMesh_s *)
+{
+    RaiseNotBuilt("EvalMeshBoundaries");
+}
+
+void VOZMaterialUtility::EvalFormingSafetyZones(VOZMaterial const *, double, double, int &, int &)
+{
+    RaiseNotBuilt("EvalFormingSafetyZones");
+}
+
+double * VOZInitEvalPOLNew(int &, double *, double *, double const *, double, double, double)
+{
+    RaiseNotBuilt("VOZInitEvalPOLNew");
+}
+
+void VOZMeshGenerator::ModifyMeshTopolgyForSpringBack(VOZMesh_s *, unsigned short const *, VOZProgressCallback, void *,
+                                                      void *)
+{
+    RaiseNotBuilt("ModifyMeshTopolgyForSpringBack");
+}
+
+int VOZSolverSpringback::Unfold(unsigned short const *, unsigned short const *, int, int, double const *,
+                                VOZMechanicalProp_s const *, double const *, double const *, VOZStopFunction,
+                                VOZProgressCallback, void *, void *, VOZMesh_s *, VOZSBConstraints_s const *, void *,
+                                float *, float *, float *, VOZMesh_s *, bool, double *)
+{
+    RaiseNotBuilt("Unfold");
+}
+
+int VOZUtilitySolving::TwoStagesWithBinder(double, std::FILE *, unsigned short const *, unsigned short const *,
+                                           VOZStopFunction, VOZProgressCallback, void *, void *,
+                                           VOZMultiStageSolverIOData_s *)
+{
+    RaiseNotBuilt("TwoStagesWithBinder");
+}
+
+int VOZUtilitySolving::EvaluateAutoStrain(VOZMultiStageSolverIOData_s *, VOZSolverAutoBC_s const *, VOZProgressCallback,
+                                          void *, void *)
+{
+    RaiseNotBuilt("EvaluateAutoStrain");
+}

@@ -10,9 +10,10 @@ struct VOZMesh_s;
 class ExportedByVOZAPINew VOZMeshUtil
 {
 public:
-    // Whether the mesh has a boundary that a solve can work with: at least one element, every node index inside the
-    // mesh and none twice in an element, every coordinate a finite number, no side with more than two elements, and at
-    // least one side with a single one. Linear in the mesh. A null mesh is false.
+    // Whether the mesh can be worked with: at least one node and one element, arrays for both, and every corner of
+    // every element a node of the mesh. What a solve refuses with a reason that it tells (a closed surface, a side with
+    // three elements, a coordinate that is no number) passes. Linear in the mesh, changes nothing. A null mesh is
+    // false.
     static bool EvalMeshBoundaries(VOZMesh_s * i_psMesh);
 };
 

@@ -2,9 +2,7 @@
 
 #include "CATError.h"
 #include "VOZInitEvalPOL.h"
-#include "VOZMaterialUtility.h"
 #include "VOZMeshGenerator.h"
-#include "VOZMeshUtil.h"
 #include "VOZSolverSpringback.h"
 #include "VOZUtilitySolving.h"
 
@@ -15,16 +13,6 @@ namespace
     throw CATError(CATUnicodeString(i_name), "not built yet", __LINE__);
 }
 } // namespace
-
-bool VOZMeshUtil::EvalMeshBoundaries(VOZMesh_s *)
-{
-    RaiseNotBuilt("EvalMeshBoundaries");
-}
-
-void VOZMaterialUtility::EvalFormingSafetyZones(VOZMaterial const *, double, double, int &, int &)
-{
-    RaiseNotBuilt("EvalFormingSafetyZones");
-}
 
 double * VOZInitEvalPOLNew(int &, double *, double *, double const *, double, double, double)
 {

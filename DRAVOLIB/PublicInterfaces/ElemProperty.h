@@ -125,6 +125,7 @@ public:
     void sizeProperty(int p);
     int sizeProperty() const { return mNumProperty; } // P
     void sizePropertyIndex(int n);                    // n elements, all of property 0
+    int sizePropertyIndex() const;                    // n
     int & propertyIndex(int e) const { return mPropertyIndex[e]; }
     void propertyId(int e, int i_id) { mPropertyIndex[e] = i_id; }
     VOZMaterial * material(int i) const { return mMaterials[i]; }
@@ -140,6 +141,7 @@ public:
     void pressPadVal(int i, double i_value) { mPadValues[i] = i_value; }
     double pressPadVal(int i) const { return mPadValues[i]; }
     int pressPads(int i, int k) const { return mPadNodes[i][k]; }
+    int const * pressPadRow(int i) const { return mPadNodes ? mPadNodes[i] : nullptr; } // null: no such rows
     void pressPads(int i, int k, int i_node) { mPadNodes[i][k] = i_node; }
 
     // Whole arrays, by new[]: the class owns what it is given, and frees what it replaces. Of the coordinates it also

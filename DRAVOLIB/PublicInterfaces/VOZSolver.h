@@ -99,6 +99,12 @@ protected:
     double EvalThickness(double i_dInitialThickness, double i_dStrain);
     double EvalPrincipalAngle(double i_dE11, double i_dE22, double i_dS); // i_dS: half the engineering shear
 
+    // What both drivers do with the results of points: elements, then nodes, then what the mid-plane decides.
+    typedef VOZResult (*PointResults)(VOZSolver & io_driver, int i_nPoint, int i_nElement, double i_dRValue,
+                                      double i_dThickness, int i_nLayer);
+    void FillLayers(Result ** io_apLayers, PointResults i_pointResults);
+    VOZResult EvalPointResults(double const * i_padStrains, double i_dStress, double i_dRValue, double i_dThickness);
+
     VOZCatMesh const ** m_ppMesh; // lent, like all const pointers here
     ElemProperty const * m_pElemProperty;
     Symmetry const * m_pSymmetry;
@@ -125,6 +131,9 @@ protected:
     VOZCatMesh * m_pResultMesh; // owned
     double m_dBlankHolderForce;
     int m_nLoopError; // 0: the loops are clean
+
+private:
+    class Layers;
 };
 
 #endif

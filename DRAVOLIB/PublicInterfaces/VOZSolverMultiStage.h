@@ -54,6 +54,18 @@ protected:
     VOZSolverDrawbead_s * m_pasDrawbeads;
     VOZSolverNodeConstraint2D_s * m_pasNodeConstraints2D;
     double * m_padPressureFrictionValues;
+
+private:
+    void DropStage();
+    long FillInJob();
+    long FillInMaterials();
+    void FillInMaterialIndices(VOZMesh_s & io_mesh);
+    long FillInBinder(VOZMesh_s & i_mainMesh);
+    long FillInStage(VOZMesh_s * i_psMainMesh); // takes the mesh
+    VOZMesh_s * NewMeshLike(VOZMesh_s & i_mainMesh) const;
+    long EvalAutoStrain(CATIProgressTaskUI * i_task, double const * i_adStrains, int i_nTargetNode,
+                        int i_nReferenceNode);
+    long EvalWithBinder(CATIProgressTaskUI * i_task);
 };
 
 #endif

@@ -1,4 +1,4 @@
-// VOZFile.h: the one function through which files are opened.
+// VOZFile.h: the functions through which files are opened and removed.
 //
 // A backslash in the path is a separator on every system. A path with a drive letter ("C:...") is refused off Windows.
 // A folder is refused when opened for reading. Null on failure, with errno set.
@@ -11,5 +11,6 @@
 #include <cstdio>
 
 ExportedByVOZPlatform std::FILE * VOZOpenFile(char const * i_path, char const * i_mode);
+ExportedByVOZPlatform int VOZRemoveFile(char const * i_path); // 0, or -1; a folder is no file
 
 #endif

@@ -199,7 +199,14 @@ void ElemProperty::sizeProperty(int p)
 
 void ElemProperty::sizePropertyIndex(int n)
 {
-    Take(kPropertyIndex, mPropertyIndex, NewRows<int>(n));
+    int * const rows = NewRows<int>(n);
+    mKeepers[kPropertyIndex] = std::make_shared<Keeper>([rows] { delete[] rows; }, std::max(n, 0));
+    mPropertyIndex = rows;
+}
+
+int ElemProperty::sizePropertyIndex() const
+{
+    return mKeepers[kPropertyIndex] ? mKeepers[kPropertyIndex]->Rows() : 0;
 }
 
 void ElemProperty::sizePressPads(int n)

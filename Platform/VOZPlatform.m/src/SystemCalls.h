@@ -21,6 +21,9 @@ std::optional<std::string> SystemPath(char const * i_path);
 
 // As VOZOpenFile, whose path is already checked and turned to the system's separators.
 std::FILE * OpenStream(std::string const & i_path, char const * i_mode);
+
+// Removes a file, not a folder; the path is one of SystemPath.
+bool RemoveFile(std::string const & i_path);
 } // namespace voz::platform
 
 #endif

@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace voz::platform
 {
@@ -39,6 +40,11 @@ std::FILE * OpenStream(std::string const & i_path, char const * i_mode)
         return nullptr;
     }
     return stream;
+}
+
+bool RemoveFile(std::string const & i_path)
+{
+    return unlink(i_path.c_str()) == 0;
 }
 } // namespace voz::platform
 

@@ -34,6 +34,11 @@ std::FILE * OpenStream(std::string const & i_path, char const * i_mode)
 {
     return _wfopen(WideFromUtf8(i_path).c_str(), WideFromUtf8(i_mode).c_str());
 }
+
+bool RemoveFile(std::string const & i_path)
+{
+    return _wremove(WideFromUtf8(i_path).c_str()) == 0;
+}
 } // namespace voz::platform
 
 #endif

@@ -38,6 +38,14 @@ double MembraneLaw::equivalentStrain(double i_h1, double i_h2) const
     return std::sqrt(std::max(0.0, squared));
 }
 
+MembraneLaw::Stress MembraneLaw::stress(double i_e11, double i_e22, double i_e12) const
+{
+    double const radius = std::hypot(0.5 * (i_e11 - i_e22), i_e12);
+    double const mean = 0.5 * (i_e11 + i_e22);
+    double const scale = m_curve.moduli(equivalentStrain(mean + radius, mean - radius)).secant * m_k2;
+    return {scale * (i_e11 + m_rho * i_e22), scale * (i_e22 + m_rho * i_e11), scale * (1.0 - m_rho) * i_e12};
+}
+
 MembraneLaw::Moderation MembraneLaw::moderation(double i_strain) const
 {
     if (m_moderationStart == 0.0 || i_strain <= m_moderationStart)

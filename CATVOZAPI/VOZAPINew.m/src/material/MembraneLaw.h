@@ -24,6 +24,13 @@ public:
     double equivalentStrain(double i_h1, double i_h2) const;
     double moderationStart() const { return m_moderationStart; } // e_a; 0: no moderation
 
+    // Of a layer, in any axes: stresses Pa from log strains, the shear strain being that of the tensor.
+    struct Stress
+    {
+        double s11, s22, s12;
+    };
+    Stress stress(double i_e11, double i_e22, double i_e12) const;
+
     struct Forces
     {
         double n1, n2;    // N/m

@@ -36,38 +36,12 @@ struct PlaneRecord
     Vec2 direction; // its sign does not count
 };
 
-bool samePlane(Piece const & i_piece, PlaneRecord const & i_one, PlaneRecord const & i_other)
+bool samePlane(geometry::SurfaceMesh const & i_mesh, PlaneRecord const & i_one, PlaneRecord const & i_other)
 {
     if (std::abs(cross(i_one.direction, i_other.direction)) > kSameDirection)
         return false;
-    Vec3 const gap = i_piece.mesh.position[at(i_one.node)] - i_piece.mesh.position[at(i_other.node)];
+    Vec3 const gap = i_mesh.position[at(i_one.node)] - i_mesh.position[at(i_other.node)];
     return std::abs(dot(horizontal(gap), i_one.direction)) <= 1.0e-3 * length(gap);
-}
-
-// A plane of symmetry shows by a free side of which both nodes are held to it.
-void findSymmetry(std::vector<PlaneRecord> i_records, Piece & io_piece)
-{
-    std::stable_sort(i_records.begin(), i_records.end(),
-                     [](PlaneRecord const & a, PlaneRecord const & b) { return a.node < b.node; });
-    auto const of = [&](int node)
-    {
-        return std::equal_range(i_records.begin(), i_records.end(), PlaneRecord{node, {}},
-                                [](PlaneRecord const & a, PlaneRecord const & b) { return a.node < b.node; });
-    };
-    std::vector<char> used(i_records.size(), 0);
-    for (geometry::Side const & side : io_piece.sides.free)
-    {
-        auto const ofA = of(side.a), ofB = of(side.b);
-        for (auto a = ofA.first; a != ofA.second; ++a)
-            for (auto b = ofB.first; b != ofB.second; ++b)
-                if (samePlane(io_piece, *a, *b))
-                    used[at(static_cast<int>(a - i_records.begin()))] =
-                        used[at(static_cast<int>(b - i_records.begin()))] = 1;
-    }
-    io_piece.symmetry.clear();
-    for (std::size_t i = 0; i < i_records.size(); ++i)
-        if (used[i] != 0)
-            io_piece.symmetry.push_back({i_records[i].node, i_records[i].direction});
 }
 
 bool liesInSymmetryPlane(Piece const & i_piece, int i_a, int i_b)
@@ -80,7 +54,7 @@ bool liesInSymmetryPlane(Piece const & i_piece, int i_a, int i_b)
     auto const ofA = of(i_a), ofB = of(i_b);
     for (auto a = ofA.first; a != ofA.second; ++a)
         for (auto b = ofB.first; b != ofB.second; ++b)
-            if (samePlane(i_piece, {i_a, a->direction}, {i_b, b->direction}))
+            if (samePlane(i_piece.mesh, {i_a, a->direction}, {i_b, b->direction}))
                 return true;
     return false;
 }
@@ -103,10 +77,41 @@ void holdWholly(Vec2 i_position, Hold & io_hold)
     io_hold = {2, {Vec2{1.0, 0.0}, Vec2{0.0, 1.0}}, {i_position.x, i_position.y}};
 }
 
+std::vector<geometry::SymmetryNode> findSymmetry(geometry::SurfaceMesh const & i_mesh,
+                                                 geometry::SideTable const & i_sides,
+                                                 std::vector<NodeConstraint> const & i_constraints)
+{
+    std::vector<PlaneRecord> records;
+    for (NodeConstraint const & constraint : i_constraints)
+        if (constraint.angle <= kBothComponents && constraint.value == 0.0)
+            records.push_back({constraint.node, {std::cos(constraint.angle), std::sin(constraint.angle)}});
+    std::stable_sort(records.begin(), records.end(),
+                     [](PlaneRecord const & a, PlaneRecord const & b) { return a.node < b.node; });
+    auto const of = [&](int node)
+    {
+        return std::equal_range(records.begin(), records.end(), PlaneRecord{node, {}},
+                                [](PlaneRecord const & a, PlaneRecord const & b) { return a.node < b.node; });
+    };
+    std::vector<char> used(records.size(), 0);
+    for (geometry::Side const & side : i_sides.free)
+    {
+        auto const ofA = of(side.a), ofB = of(side.b);
+        for (auto a = ofA.first; a != ofA.second; ++a)
+            for (auto b = ofB.first; b != ofB.second; ++b)
+                if (samePlane(i_mesh, *a, *b))
+                    used[at(static_cast<int>(a - records.begin()))] = used[at(static_cast<int>(b - records.begin()))] =
+                        1;
+    }
+    std::vector<geometry::SymmetryNode> symmetry;
+    for (std::size_t i = 0; i < records.size(); ++i)
+        if (used[i] != 0)
+            symmetry.push_back({records[i].node, records[i].direction});
+    return symmetry;
+}
+
 void applyConstraints(std::vector<NodeConstraint> const & i_constraints, Piece & io_piece)
 {
     io_piece.holds.assign(io_piece.mesh.position.size(), {});
-    std::vector<PlaneRecord> planes;
     for (NodeConstraint const & constraint : i_constraints)
     {
         Vec2 const position = horizontal(io_piece.mesh.position[at(constraint.node)]);
@@ -118,10 +123,8 @@ void applyConstraints(std::vector<NodeConstraint> const & i_constraints, Piece &
         }
         Vec2 const direction{std::cos(constraint.angle), std::sin(constraint.angle)};
         addHold(direction, dot(position, direction) + constraint.value, hold);
-        if (constraint.value == 0.0)
-            planes.push_back({constraint.node, direction});
     }
-    findSymmetry(std::move(planes), io_piece);
+    io_piece.symmetry = findSymmetry(io_piece.mesh, io_piece.sides, i_constraints);
 }
 
 int applyLocks(std::vector<MaterialLaw> const & i_materials, Piece & io_piece)

@@ -20,6 +20,11 @@ void holdWholly(geometry::Vec2 i_position, Hold & io_hold);
 // Fills holds and symmetry nodes of the piece from constraints whose nodes are the piece's.
 void applyConstraints(std::vector<NodeConstraint> const & i_constraints, Piece & io_piece);
 
+// Planes of symmetry show by free sides of which both nodes are held to them with the value 0. Ascending by node.
+std::vector<geometry::SymmetryNode> findSymmetry(geometry::SurfaceMesh const & i_mesh,
+                                                 geometry::SideTable const & i_sides,
+                                                 std::vector<NodeConstraint> const & i_constraints);
+
 // Holder edges whose force is far above anything that the sheet can carry mean "no draw-in": their nodes are held and
 // the edges removed. Edges in a plane of symmetry are removed as well. Returns the number of locked edges.
 int applyLocks(std::vector<MaterialLaw> const & i_materials, Piece & io_piece);

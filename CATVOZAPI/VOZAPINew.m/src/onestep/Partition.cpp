@@ -49,38 +49,6 @@ bool repeatsNode(Cell const & i_cell)
     return false;
 }
 
-struct Whole // the mesh without its degenerate cells
-{
-    SurfaceMesh mesh;
-    std::vector<int> elementOf;
-};
-
-Whole buildWhole(Problem const & i_problem, std::vector<int> & o_dropped)
-{
-    Whole whole;
-    for (auto const & x : i_problem.nodes)
-        whole.mesh.position.push_back({x[0], x[1], x[2]});
-    std::vector<double> areas;
-    double mean = 0.0;
-    for (Element const & element : i_problem.elements)
-    {
-        Cell const cell = cellOf(element);
-        areas.push_back(repeatsNode(cell) ? 0.0 : cellArea(whole.mesh, cell));
-        mean += areas.back() / static_cast<double>(i_problem.elements.size());
-    }
-    for (std::size_t e = 0; e < areas.size(); ++e)
-    {
-        if (areas[e] > kDegenerateShare * mean)
-        {
-            whole.mesh.cells.push_back(cellOf(i_problem.elements[e]));
-            whole.elementOf.push_back(static_cast<int>(e));
-        }
-        else
-            o_dropped.push_back(static_cast<int>(e));
-    }
-    return whole;
-}
-
 // Index maps from the problem into one piece, reset after each.
 struct Maps
 {
@@ -189,10 +157,37 @@ void warnAboutSharedNodes(std::vector<Piece> const & i_pieces, std::size_t i_nod
 
 } // namespace
 
+Whole buildWhole(std::vector<std::array<double, 3>> const & i_nodes, std::vector<Element> const & i_elements,
+                 std::vector<int> & o_dropped)
+{
+    Whole whole;
+    for (auto const & x : i_nodes)
+        whole.mesh.position.push_back({x[0], x[1], x[2]});
+    std::vector<double> areas;
+    double mean = 0.0;
+    for (Element const & element : i_elements)
+    {
+        Cell const cell = cellOf(element);
+        areas.push_back(repeatsNode(cell) ? 0.0 : cellArea(whole.mesh, cell));
+        mean += areas.back() / static_cast<double>(i_elements.size());
+    }
+    for (std::size_t e = 0; e < areas.size(); ++e)
+    {
+        if (areas[e] > kDegenerateShare * mean)
+        {
+            whole.mesh.cells.push_back(cellOf(i_elements[e]));
+            whole.elementOf.push_back(static_cast<int>(e));
+        }
+        else
+            o_dropped.push_back(static_cast<int>(e));
+    }
+    return whole;
+}
+
 Partition partition(Problem const & i_problem)
 {
     Partition result;
-    Whole whole = buildWhole(i_problem, result.dropped);
+    Whole whole = buildWhole(i_problem.nodes, i_problem.elements, result.dropped);
     if (!result.dropped.empty())
         result.warnings.push_back(std::to_string(result.dropped.size()) +
                                   " elements without area were left out, the first is element " +

@@ -18,6 +18,15 @@ struct Partition
     std::vector<int> dropped; // degenerate elements
 };
 
+// A mesh without its degenerate cells (no area, repeated nodes), in the order of the elements.
+struct Whole
+{
+    geometry::SurfaceMesh mesh;
+    std::vector<int> elementOf; // per cell
+};
+Whole buildWhole(std::vector<std::array<double, 3>> const & i_nodes, std::vector<Element> const & i_elements,
+                 std::vector<int> & o_dropped);
+
 // Drops degenerate elements, orients, refuses what is no surface with a boundary. The problem must have passed
 // checkProblem.
 Partition partition(Problem const & i_problem);

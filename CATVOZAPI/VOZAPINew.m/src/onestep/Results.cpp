@@ -23,13 +23,6 @@ std::size_t at(int i)
     return static_cast<std::size_t>(i);
 }
 
-Strain midStrain(PointStrain const & i_strain)
-{
-    double const c = i_strain.cosine, s = i_strain.sine;
-    return {i_strain.h1 * c * c + i_strain.h2 * s * s, i_strain.h1 * s * s + i_strain.h2 * c * c,
-            2.0 * (i_strain.h1 - i_strain.h2) * s * c};
-}
-
 Curvature fromPrincipal(geometry::PrincipalCurvature const & i_principal)
 {
     double const c = i_principal.cosine, s = i_principal.sine;
@@ -37,8 +30,22 @@ Curvature fromPrincipal(geometry::PrincipalCurvature const & i_principal)
             (i_principal.k1 - i_principal.k2) * s * c};
 }
 
-// The curvature that bends a sheet of thickness t: sizes from the mesh or as given, held within what the sheet can
-// follow.
+double equivalentStress(material::MembraneLaw const & i_law, Strain const & i_strain)
+{
+    double const mean = 0.5 * (i_strain.e11 + i_strain.e22);
+    double const radius = std::hypot(0.5 * (i_strain.e11 - i_strain.e22), 0.5 * i_strain.shear);
+    return i_law.curve().stress(i_law.equivalentStrain(mean + radius, mean - radius));
+}
+
+} // namespace
+
+Strain midStrain(PointStrain const & i_strain)
+{
+    double const c = i_strain.cosine, s = i_strain.sine;
+    return {i_strain.h1 * c * c + i_strain.h2 * s * s, i_strain.h1 * s * s + i_strain.h2 * c * c,
+            2.0 * (i_strain.h1 - i_strain.h2) * s * c};
+}
+
 Curvature bendingCurvature(Curvature const & i_mesh, std::array<double, 3> const * i_given, double i_thickness)
 {
     geometry::PrincipalCurvature principal = principalCurvature(i_mesh);
@@ -53,15 +60,6 @@ Curvature bendingCurvature(Curvature const & i_mesh, std::array<double, 3> const
     principal.k2 = std::clamp(principal.k2, -limit, limit);
     return fromPrincipal(principal);
 }
-
-double equivalentStress(material::MembraneLaw const & i_law, Strain const & i_strain)
-{
-    double const mean = 0.5 * (i_strain.e11 + i_strain.e22);
-    double const radius = std::hypot(0.5 * (i_strain.e11 - i_strain.e22), 0.5 * i_strain.shear);
-    return i_law.curve().stress(i_law.equivalentStrain(mean + radius, mean - radius));
-}
-
-} // namespace
 
 Strain layerStrain(Strain const & i_mid, Curvature const & i_curvature, double i_zeta)
 {

@@ -20,6 +20,14 @@ struct PointResult
     std::array<double, 3> stress{0.0, 0.0, 0.0}; // equivalent, Pa: mid, top, bottom
 };
 
+// The log strains of a point in its frame.
+Strain midStrain(PointStrain const & i_strain);
+
+// The curvature that bends a sheet of thickness t: sizes from the mesh, or from i_given (may be null; two principal
+// values 1/m and an angle), held within what the sheet can follow.
+geometry::Curvature bendingCurvature(geometry::Curvature const & i_mesh, std::array<double, 3> const * i_given,
+                                     double i_thickness);
+
 // Per integration point of the piece. i_given: principal curvatures per element of the problem, or empty; they replace
 // the sizes of those of the mesh, which keep signs and directions.
 std::vector<PointResult> pointResults(MembraneSystem const & i_system, std::span<geometry::Vec2 const> i_flat,

@@ -30,7 +30,8 @@ public:
     enum class Kind
     {
         Unsymmetric,
-        PositiveDefinite // only entries on and above the diagonal are read
+        PositiveDefinite, // only entries on and above the diagonal are read
+        Symmetric         // the same, with pivots of either sign
     };
 
     // The pattern is copied where it is needed later and may go away.

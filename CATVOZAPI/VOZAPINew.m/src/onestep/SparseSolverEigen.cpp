@@ -1,8 +1,8 @@
 // SparseSolverEigen.cpp: small definite systems, and all systems of builds without a multifrontal solver.
 //
-// Simplicial LDL^T for the definite kind. The unsymmetric kind keeps its diagonal pivots as long as they serve; where
-// they do not, supernodal LU with exchanges takes over for that matrix (J. W. Demmel et al., SIAM J. Matrix Anal. Appl.
-// 20 (1999) 720), which is far slower on these patterns.
+// Simplicial LDL^T for the definite kind, and for the symmetric one, whose pivots stay where they are. The unsymmetric
+// kind keeps its diagonal pivots as long as they serve; where they do not, supernodal LU with exchanges takes over for
+// that matrix (J. W. Demmel et al., SIAM J. Matrix Anal. Appl. 20 (1999) 720), which is far slower on these patterns.
 
 #include "onestep/SimplicialLu.h"
 #include "onestep/SparseEngines.h"
@@ -139,7 +139,7 @@ private:
 
 std::unique_ptr<SparseSolver::Engine> makeEigenEngine(SparsePattern const & i_pattern, SparseSolver::Kind i_kind)
 {
-    if (i_kind == SparseSolver::Kind::PositiveDefinite)
+    if (i_kind != SparseSolver::Kind::Unsymmetric)
         return std::make_unique<DefiniteEngine>(i_pattern);
     return std::make_unique<UnsymmetricEngine>(i_pattern);
 }

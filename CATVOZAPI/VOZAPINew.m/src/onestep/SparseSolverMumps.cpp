@@ -67,7 +67,7 @@ private:
 MumpsEngine::MumpsEngine(SparsePattern const & i_pattern, SparseSolver::Kind i_kind)
 {
     std::scoped_lock const lock(engineMutex());
-    bool const symmetric = i_kind == SparseSolver::Kind::PositiveDefinite;
+    bool const symmetric = i_kind != SparseSolver::Kind::Unsymmetric;
     for (int row = 0; row < i_pattern.size; ++row)
         for (int k = i_pattern.rowStart[static_cast<std::size_t>(row)];
              k < i_pattern.rowStart[static_cast<std::size_t>(row) + 1]; ++k)
@@ -81,7 +81,7 @@ MumpsEngine::MumpsEngine(SparsePattern const & i_pattern, SparseSolver::Kind i_k
                 m_entry.push_back(k);
         }
     m_values.assign(m_row.size(), 0.0);
-    m_id.sym = symmetric ? 1 : 0;
+    m_id.sym = i_kind == SparseSolver::Kind::PositiveDefinite ? 1 : symmetric ? 2 : 0;
     m_id.par = 1;
     m_id.comm_fortran = kUseWorldCommunicator;
     run(kStart);

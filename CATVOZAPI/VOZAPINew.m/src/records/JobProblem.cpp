@@ -55,62 +55,74 @@ std::span<Record const> Rows(int i_nCount, Record const * i_pas, char const * i_
 
 // --- Mesh ----------------------------------------------------------------------------------------------------------
 
-struct Frame
-{
-    std::span<double const, 9> rows;
-    std::span<double const, 3> origin;
+} // namespace
 
-    std::array<double, 3> Local(double const * i_padPoint) const
-    {
-        std::array<double, 3> local{};
-        for (std::size_t i = 0; i < 3; ++i)
-            for (std::size_t k = 0; k < 3; ++k)
-                local[i] += rows[3 * i + k] * (i_padPoint[k] - origin[k]);
-        return local;
-    }
-};
-
-void CheckFrame(Frame const & i_frame)
+StageFrame::StageFrame(double const * i_padRows, double const * i_padOrigin)
+    : m_rows(i_padRows, 9), m_origin(i_padOrigin, 3)
 {
     for (std::size_t i = 0; i < 3; ++i)
     {
-        Expect(i_frame.origin[i], -kLargestLength, kLargestLength, "the origin of the stage, in metres,");
+        Expect(m_origin[i], -kLargestLength, kLargestLength, "the origin of the stage, in metres,");
         for (std::size_t k = 0; k < 3; ++k)
         {
             double dot = 0.0;
             for (std::size_t j = 0; j < 3; ++j)
-                dot += i_frame.rows[3 * i + j] * i_frame.rows[3 * k + j];
+                dot += m_rows[3 * i + j] * m_rows[3 * k + j];
             if (!(std::fabs(dot - (i == k ? 1.0 : 0.0)) <= 1.0e-6))
                 Refuse("the rows ", i, " and ", k, " of the stage's frame have the scalar product ", dot,
                        "; expected three unit vectors at right angles");
         }
     }
-    std::span<double const, 9> const a = i_frame.rows;
+    std::span<double const, 9> const a = m_rows;
     double const det =
         a[0] * (a[4] * a[8] - a[5] * a[7]) - a[1] * (a[3] * a[8] - a[5] * a[6]) + a[2] * (a[3] * a[7] - a[4] * a[6]);
     if (!(det > 0.0))
         Refuse("the stage's frame is left-handed; expected the third row to be the first cross the second");
 }
 
-void ReadNodes(VOZMesh_s const & i_mesh, Frame const & i_frame, Problem & o_problem)
+std::array<double, 3> StageFrame::Local(double const * i_padPoint) const
+{
+    std::array<double, 3> local{};
+    for (std::size_t i = 0; i < 3; ++i)
+        for (std::size_t k = 0; k < 3; ++k)
+            local[i] += m_rows[3 * i + k] * (i_padPoint[k] - m_origin[k]);
+    return local;
+}
+
+std::array<double, 3> StageFrame::Global(double const * i_padLocal) const
+{
+    std::array<double, 3> point{};
+    for (std::size_t k = 0; k < 3; ++k)
+    {
+        point[k] = m_origin[k];
+        for (std::size_t i = 0; i < 3; ++i)
+            point[k] += m_rows[3 * i + k] * i_padLocal[i];
+    }
+    return point;
+}
+
+std::vector<std::array<double, 3>> NodesOf(VOZMesh_s const & i_mesh, StageFrame const & i_frame, char const * i_strMesh)
 {
     int const nNumNodes = i_mesh.GetNumNodes();
-    o_problem.nodes.reserve(static_cast<std::size_t>(nNumNodes));
+    std::vector<std::array<double, 3>> nodes;
+    nodes.reserve(static_cast<std::size_t>(nNumNodes));
     for (int i = 0; i < nNumNodes; ++i)
     {
         double const * const padPoint = i_mesh.m_padNodalCoords + 3 * static_cast<std::ptrdiff_t>(i);
         for (int k = 0; k < 3; ++k)
-            Expect(padPoint[k], -kLargestLength, kLargestLength, "the position, in metres, of node ", i,
-                   " of the part");
-        o_problem.nodes.push_back(i_frame.Local(padPoint));
+            Expect(padPoint[k], -kLargestLength, kLargestLength, "the position, in metres, of node ", i, " of the ",
+                   i_strMesh);
+        nodes.push_back(i_frame.Local(padPoint));
     }
+    return nodes;
 }
 
-void ReadElements(VOZMesh_s const & i_mesh, int i_nNumMaterials, Problem & o_problem)
+std::vector<voz::onestep::Element> ElementsOf(VOZMesh_s const & i_mesh, int i_nNumMaterials, char const * i_strMesh)
 {
     int const nNumNodes = i_mesh.GetNumNodes();
     int const nNumElements = i_mesh.GetNumElements();
-    o_problem.elements.reserve(static_cast<std::size_t>(nNumElements));
+    std::vector<voz::onestep::Element> elements;
+    elements.reserve(static_cast<std::size_t>(nNumElements));
     for (int e = 0; e < nNumElements; ++e)
     {
         VOZElement_s const & record = i_mesh.GetElements()[e];
@@ -120,30 +132,36 @@ void ReadElements(VOZMesh_s const & i_mesh, int i_nNumMaterials, Problem & o_pro
             int const node = record.m_anNodeIndices[corner];
             bool const bTriangle = corner == 3 && node == -1;
             if (!bTriangle && (node < 0 || node >= nNumNodes))
-                Refuse("element ", e, " of the part names node ", node, "; expected 0 to ", nNumNodes - 1);
+                Refuse("element ", e, " of the ", i_strMesh, " names node ", node, "; expected 0 to ", nNumNodes - 1);
             element.nodes[corner] = node;
         }
         element.material = record.m_nMaterialIndex;
         if (element.material < 0 || element.material >= i_nNumMaterials)
-            Refuse("element ", e, " of the part names material ", element.material, "; expected 0 to ",
+            Refuse("element ", e, " of the ", i_strMesh, " names material ", element.material, "; expected 0 to ",
                    i_nNumMaterials - 1);
-        o_problem.elements.push_back(element);
+        elements.push_back(element);
     }
+    return elements;
 }
 
-void ReadCurvatures(VOZMesh_s const & i_mesh, Problem & o_problem)
+std::vector<std::array<double, 3>> CurvaturesOf(VOZMesh_s const & i_mesh)
 {
+    std::vector<std::array<double, 3>> curvatures;
     if (!i_mesh.m_padCurvatures)
-        return;
+        return curvatures;
     for (int e = 0; e < i_mesh.GetNumElements(); ++e)
     {
         double const * const pad = i_mesh.m_padCurvatures + 3 * static_cast<std::ptrdiff_t>(e);
         for (int k = 0; k < 3; ++k)
             if (!std::isfinite(pad[k]))
                 Refuse("the curvature of element ", e, " of the part is no number; expected one, in 1/m");
-        o_problem.curvatures.push_back({pad[0], pad[1], pad[2]});
+        curvatures.push_back({pad[0], pad[1], pad[2]});
     }
+    return curvatures;
 }
+
+namespace
+{
 
 // --- Materials -----------------------------------------------------------------------------------------------------
 
@@ -197,15 +215,23 @@ MaterialLaw LawOf(VOZMechanicalProp_s const & i_prop, double i_dThickness, int i
     return law;
 }
 
-void ReadMaterials(VOZMultiStageSolverIOData_s const & i_data, Problem & o_problem)
+} // namespace
+
+std::vector<MaterialLaw> LawsOf(int i_nNumMaterials, double const * i_padThicknesses,
+                                VOZMechanicalProp_s const * i_pasMaterials)
 {
-    auto const properties = Rows(i_data.m_nNumMaterials, i_data.m_pasMaterialProperties, "materials");
-    auto const thicknesses = Rows(i_data.m_nNumMaterials, i_data.m_padInitMaterialThickness, "thicknesses");
+    auto const properties = Rows(i_nNumMaterials, i_pasMaterials, "materials");
+    auto const thicknesses = Rows(i_nNumMaterials, i_padThicknesses, "thicknesses");
     if (properties.empty())
         Refuse("the job has no material; expected one or more");
+    std::vector<MaterialLaw> laws;
     for (std::size_t i = 0; i < properties.size(); ++i)
-        o_problem.materials.push_back(LawOf(properties[i], thicknesses[i], static_cast<int>(i)));
+        laws.push_back(LawOf(properties[i], thicknesses[i], static_cast<int>(i)));
+    return laws;
 }
+
+namespace
+{
 
 // --- What acts -------------------------------------------------------------------------------------------------------
 
@@ -329,13 +355,13 @@ VOZSolverStage_s & StageOf(VOZMultiStageSolverIOData_s & io_data)
 
 voz::onestep::Problem ProblemOf(VOZMultiStageSolverIOData_s const & i_data, VOZSolverStage_s const & i_stage)
 {
-    Frame const frame{i_stage.m_adLocalCS, i_stage.m_adOrigin};
-    CheckFrame(frame);
+    StageFrame const frame(i_stage.m_adLocalCS, i_stage.m_adOrigin);
     Problem problem;
-    ReadMaterials(i_data, problem);
-    ReadNodes(*i_stage.m_psPartMesh, frame, problem);
-    ReadElements(*i_stage.m_psPartMesh, i_data.m_nNumMaterials, problem);
-    ReadCurvatures(*i_stage.m_psPartMesh, problem);
+    problem.materials =
+        LawsOf(i_data.m_nNumMaterials, i_data.m_padInitMaterialThickness, i_data.m_pasMaterialProperties);
+    problem.nodes = NodesOf(*i_stage.m_psPartMesh, frame, "part");
+    problem.elements = ElementsOf(*i_stage.m_psPartMesh, i_data.m_nNumMaterials, "part");
+    problem.curvatures = CurvaturesOf(*i_stage.m_psPartMesh);
     ReadActions(i_stage.m_psBCData, problem);
     return problem;
 }

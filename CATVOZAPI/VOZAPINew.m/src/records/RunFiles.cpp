@@ -67,12 +67,17 @@ char const * Outcome(Status i_status)
 } // namespace
 
 RunFiles::RunFiles(VOZMultiStageSolverIOData_s const & i_data)
-    : m_summaryPath(PathInFolder(i_data.m_strWorkingDir, i_data.m_strSummaryFileName))
+    : RunFiles(i_data.m_strWorkingDir, i_data.m_strSummaryFileName)
+{
+}
+
+RunFiles::RunFiles(unsigned short const * i_strFolder, unsigned short const * i_strSummaryName)
+    : m_summaryPath(PathInFolder(i_strFolder, i_strSummaryName))
 {
     double logValue = 0.0;
     std::basic_string<unsigned short> logName;
     std::FILE * pLog = nullptr;
-    VOZMultiStageSolver::OpenLogFile(i_data.m_strSummaryFileName, i_data.m_strWorkingDir, logValue, logName, pLog);
+    VOZMultiStageSolver::OpenLogFile(i_strSummaryName, i_strFolder, logValue, logName, pLog);
     m_pLog.reset(pLog);
 }
 

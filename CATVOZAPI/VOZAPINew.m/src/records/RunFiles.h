@@ -19,14 +19,14 @@ class RunFiles
 {
 public:
     explicit RunFiles(VOZMultiStageSolverIOData_s const & i_data);
+    RunFiles(unsigned short const * i_strFolder, unsigned short const * i_strSummaryName); // either may be null
 
     void Log(std::string const & i_line);
     void Summarise(voz::onestep::Problem const & i_problem, voz::onestep::Solution const & i_solution);
     void Refused(std::string const & i_reason); // a job that never reached the solver
+    void Write(std::string const & i_text);     // the summary
 
 private:
-    void Write(std::string const & i_text);
-
     struct Closed
     {
         void operator()(std::FILE * i_pFile) const { std::fclose(i_pFile); }

@@ -1,7 +1,6 @@
 // Pending.cpp: operations that are declared and not yet built. Each raises.
 
 #include "CATError.h"
-#include "VOZInitEvalPOL.h"
 #include "VOZMeshGenerator.h"
 #include "VOZSolverSpringback.h"
 #include "VOZUtilitySolving.h"
@@ -13,11 +12,6 @@ namespace
     throw CATError(CATUnicodeString(i_name), "not built yet", __LINE__);
 }
 } // namespace
-
-double * VOZInitEvalPOLNew(int &, double *, double *, double const *, double, double, double)
-{
-    RaiseNotBuilt("VOZInitEvalPOLNew");
-}
 
 void VOZMeshGenerator::ModifyMeshTopolgyForSpringBack(VOZMesh_s *, unsigned short const *, VOZProgressCallback, void *,
                                                       void *)

@@ -108,6 +108,23 @@ char const * const kTexts[] = {
     "5",
     "1 2",
 };
+TEST(DeckNumber, IntegersAreReadAsAtoiReadsThem)
+{
+    for (char const * text : {"0", "7", "-7", "+7", "  \t\n\v\f\r42x", "007", "1.9", "-", "+", "", "x1", "--1", "+-1",
+                              "1e3", "0x10", "2147483647", "-2147483648", " - 1", "12,3"})
+        EXPECT_EQ(TextToInt(text), std::atoi(text)) << text;
+    EXPECT_EQ(TextToInt(nullptr), 0);
+}
+
+TEST(DeckNumber, IntegersBeyondTheRangeAreTheNearestOnes)
+{
+    int const most = std::numeric_limits<int>::max();
+    int const least = std::numeric_limits<int>::min();
+    EXPECT_EQ(TextToInt("2147483648"), most);
+    EXPECT_EQ(TextToInt("99999999999999999999999999999999"), most);
+    EXPECT_EQ(TextToInt("-2147483649"), least);
+    EXPECT_EQ(TextToInt("-99999999999999999999999999999999"), least);
+}
 } // namespace
 
 TEST(FormatDeckDouble, ShowsSixDecimals)

@@ -2,6 +2,7 @@
 
 #include "DeckNumber.h"
 
+#include <algorithm>
 #include <charconv>
 #include <clocale>
 #include <cstring>
@@ -110,4 +111,20 @@ double ParseDeckDouble(char const * i_text)
 {
     double const value = TextToDouble(i_text);
     return std::localeconv()->decimal_point[0] == '.' ? value : static_cast<double>(static_cast<float>(value));
+}
+
+int TextToInt(char const * i_text)
+{
+    if (!i_text)
+        return 0;
+    while (IsBlank(*i_text))
+        ++i_text;
+    bool const negative = *i_text == '-';
+    if (negative || *i_text == '+')
+        ++i_text;
+    long long constexpr kLimit = 1LL + std::numeric_limits<int>::max();
+    long long value = 0;
+    for (; *i_text >= '0' && *i_text <= '9'; ++i_text)
+        value = std::min(10 * value + (*i_text - '0'), kLimit);
+    return static_cast<int>(negative ? -value : std::min(value, kLimit - 1));
 }

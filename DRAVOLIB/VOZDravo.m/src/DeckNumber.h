@@ -19,4 +19,8 @@ double TextToDouble(char const * i_text);
 // The same, but rounded through single precision where the locale's decimal point is not ".".
 double ParseDeckDouble(char const * i_text);
 
+// The integer at the start of the text, as atoi reads it: leading blanks, sign, decimal digits; 0 if there is none; the
+// nearest int beyond the range. Null reads as 0.
+int TextToInt(char const * i_text);
+
 #endif

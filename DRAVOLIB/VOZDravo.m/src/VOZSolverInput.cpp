@@ -89,9 +89,7 @@ void FillName(unsigned short const (&i_name)[N], unsigned short *& io_field, int
     if (i_name[0] == 0)
         return;
     int const nLength = static_cast<int>(std::find(i_name, i_name + N, 0) - i_name);
-    auto copy = NewRows<unsigned short>(nLength + 1);
-    if (copy == nullptr)
-        return;
+    auto copy = std::make_unique<unsigned short[]>(static_cast<std::size_t>(nLength) + 1);
     std::copy_n(i_name, nLength, copy.get());
     Keep(io_field, std::move(copy));
     o_nLength = nLength;

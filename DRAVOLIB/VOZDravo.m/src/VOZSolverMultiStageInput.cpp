@@ -31,7 +31,8 @@ namespace
 {
 constexpr int kControl = 3; // both control integers
 constexpr double kControlValue = 1.0;
-constexpr int kTable = 2; // a curve that is given by points
+constexpr int kTable = 2;   // a curve that is given by points
+constexpr int kNoNode = -2; // -1 in a fourth place would make a triangle of the element
 constexpr double kAlongX = 0.0;
 constexpr double kAlongY = 1.5707963267948966;
 constexpr double kBothDirections = 1001.0; // in the place of an angle: the node does not move at all
@@ -57,8 +58,9 @@ bool FillElement(int const * i_panRow, int i_nFirstNode, int nNumNodes, VOZEleme
         return false;
     panNodeIndices[3] = ZeroBased(i_panRow[3], i_nFirstNode);
     // This contract looks at the third corner's upper bound, as its text says; EvalMeshBoundaries sees the fourth's.
-    VOZ_CONTRACT(panNodeIndices[2] < nNumNodes && panNodeIndices[3] >= 0,
-                 "panNodeIndices[2] < nNumNodes && panNodeIndices[3] >= 0");
+    if (!VOZ_CONTRACT(panNodeIndices[2] < nNumNodes && panNodeIndices[3] >= 0,
+                      "panNodeIndices[2] < nNumNodes && panNodeIndices[3] >= 0"))
+        panNodeIndices[3] = std::min(panNodeIndices[3], kNoNode);
     return true;
 }
 
@@ -134,14 +136,15 @@ long VOZSolverMultiStage::ConvertMeshData(VOZCatMesh const * i_pMesh, VOZMesh_s 
 
     auto padNodalCoords = NewCoordinates(rows);
     auto padNodalNormals = NewNormals(*i_pMesh);
+    bool isWhole = padNodalCoords != nullptr && padNodalNormals != nullptr;
     std::unique_ptr<double[]> padCurvatures;
     if (i_pMesh->GetCrvData() != nullptr)
     {
         padCurvatures = NewRows<double>(rows.numElem, 3);
+        isWhole = isWhole && padCurvatures != nullptr;
         if (padCurvatures != nullptr)
             CopyCurvatures(i_pMesh->GetCrvData(), rows.numElem, padCurvatures.get());
     }
-    bool const isWhole = padNodalCoords != nullptr && padNodalNormals != nullptr;
     o_mesh.SetData(padNodalCoords.release(), padNodalNormals.release(), padCurvatures.release(), true,
                    psTopologyMesh.release());
     return isWhole && VOZMeshUtil::EvalMeshBoundaries(&o_mesh) ? 0 : E_FAIL;

@@ -31,15 +31,22 @@ public:
     static int Evaluate(VOZMultiStageSolverIOData_s * io_psData, VOZProgressCallback i_callback, void * i_pTask,
                         void * i_pReserved);
 
-    // The same with a binder: the blank closes on the binder first, and where it lies then goes to the coordinates of
-    // the record's blank-on-binder mesh; the strains are those of the whole way from the flat. i_pLog, where not null,
-    // takes the log and stays the caller's.
+    // The same with a binder: the blank closes on it first, and where it then lies goes to the coordinates of the
+    // record's blank-on-binder mesh; the strains are those of the whole way from the flat. A failure leaves that mesh
+    // as it came, too. i_pLog, where not null, takes the log and stays the caller's; i_strFolder, where not empty, is
+    // where the summary goes instead of the record's folder. The log's value and name are those of
+    // VOZMultiStageSolver::OpenLogFile; there is one format, and nothing depends on them. i_stop is asked before each
+    // call of the callback, and between the steps where there is none.
     static int TwoStagesWithBinder(double i_dLogValue, std::FILE * i_pLog, unsigned short const * i_strLogName,
                                    unsigned short const * i_strFolder, VOZStopFunction i_stop,
                                    VOZProgressCallback i_callback, void * i_pTask, void * i_pReserved,
                                    VOZMultiStageSolverIOData_s * io_psData);
 
-    // The same with the restraint along the free edges that brings the strains at one or two nodes to given values.
+    // The same with the restraint that brings the major log strain of the mid layer at one or two nodes to given
+    // values, to 1e-4. It acts along the edges of the job's holders, whatever their force, or, without any, along all
+    // free edges but those in planes of symmetry; the holders' mean force is the first guess. Where the strains cannot
+    // be had the nearest that was reached stands, and log and summary say so. Neither node set: as Evaluate. A job with
+    // a binder gets the blank on it, too.
     static int EvaluateAutoStrain(VOZMultiStageSolverIOData_s * io_psData, VOZSolverAutoBC_s const * i_psWanted,
                                   VOZProgressCallback i_callback, void * i_pTask, void * i_pReserved);
 };

@@ -11,6 +11,7 @@
 #include "VOZSolverBCData.h"
 #include "surfaces/Surfaces.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <filesystem>
@@ -90,6 +91,18 @@ inline Job jobOf(SurfaceMesh const & mesh, std::vector<Sheet> const & sheets = {
     job.stage->SetFormingResult(job.result);
     job.data->SetStagesData(1, job.stage);
     return job;
+}
+
+// A binder, and a mesh for the blank on it with a mark in every coordinate.
+constexpr double kUntouched = -77.0;
+inline void giveBinder(Job & job, SurfaceMesh const & binder)
+{
+    auto const numNodes = static_cast<std::size_t>(job.part->GetNumNodes());
+    auto * const coords = new double[3 * numNodes];
+    std::fill(coords, coords + 3 * numNodes, kUntouched);
+    auto * const onBinder = new VOZMesh_s;
+    onBinder->SetData(coords, new double[3 * numNodes](), nullptr, false, job.part->m_psTopology);
+    job.data->SetBinderMeshData(partOf(binder), onBinder);
 }
 
 // A constraint along x for each node on x = 0 and along y for each on y = 0; some records stay unused at the end.

@@ -92,6 +92,27 @@ double span(Solution const & i_solution, int i_component)
 
 } // namespace
 
+// A flat sheet without forces is its own blank however it lies: the least inclination used to mislead Newton.
+TEST(OneStepSolve, AnInclinedFlatSheetIsItsOwnBlankInAFewSteps)
+{
+    for (Cells const cells : {Cells::Triangles, Cells::Quads})
+        for (double const slope : {0.0, 1.0e-6, 0.01, 0.3, 1.5})
+            for (bool const alongX : {true, false})
+            {
+                Problem const problem = gridPart(8, 12, cells,
+                                                 [=](double u, double v)
+                                                 {
+                                                     double const x = 96.0 * u, y = 64.0 * v;
+                                                     return voz::examples::Point3{x, y, slope * (alongX ? x : y)};
+                                                 });
+                Solution const solution = Solve(problem, {}, {});
+                ASSERT_EQ(solution.status, Status::Converged) << slope << ": " << solution.message;
+                EXPECT_LE(solution.newtonSteps, 15) << slope;
+                for (double const h : solution.strains.mid)
+                    EXPECT_NEAR(h, 0.0, 1.0e-12);
+            }
+}
+
 TEST(OneStepPatch, UniformStrainIsExactOnEveryMesh)
 {
     struct

@@ -127,11 +127,16 @@ void applyConstraints(std::vector<NodeConstraint> const & i_constraints, Piece &
     io_piece.symmetry = findSymmetry(io_piece.mesh, io_piece.sides, i_constraints);
 }
 
+double lockStrength(MaterialLaw const & i_law)
+{
+    return kLockFactor * i_law.thickness * material::HardeningCurve(i_law, {}).stress(1.0);
+}
+
 int applyLocks(std::vector<MaterialLaw> const & i_materials, Piece & io_piece)
 {
-    std::vector<double> strength; // N/m that a lock exceeds
+    std::vector<double> strength;
     for (MaterialLaw const & law : i_materials)
-        strength.push_back(kLockFactor * law.thickness * material::HardeningCurve(law, {}).stress(1.0));
+        strength.push_back(lockStrength(law));
     int locked = 0;
     std::vector<HolderEdge> kept;
     for (HolderEdge const & edge : io_piece.holders)

@@ -25,6 +25,9 @@ std::vector<geometry::SymmetryNode> findSymmetry(geometry::SurfaceMesh const & i
                                                  geometry::SideTable const & i_sides,
                                                  std::vector<NodeConstraint> const & i_constraints);
 
+// Above this force per length, N/m, a holder edge is a lock.
+double lockStrength(MaterialLaw const & i_law);
+
 // Holder edges whose force is far above anything that the sheet can carry mean "no draw-in": their nodes are held and
 // the edges removed. Edges in a plane of symmetry are removed as well. Returns the number of locked edges.
 int applyLocks(std::vector<MaterialLaw> const & i_materials, Piece & io_piece);

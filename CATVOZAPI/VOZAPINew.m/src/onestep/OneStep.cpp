@@ -9,6 +9,7 @@
 #include "TextOf.h"
 #include "onestep/Partition.h"
 #include "onestep/PieceSolver.h"
+#include "onestep/PieceTuner.h"
 #include "onestep/ProblemCheck.h"
 
 #include <algorithm>
@@ -184,10 +185,18 @@ void logCost(PieceSolver & io_solver, Monitor const & i_monitor)
 
 Solution Solve(Problem const & i_problem, Settings const & i_settings, Progress const & i_progress)
 {
+    return SolveTuned(i_problem, i_settings, i_progress, nullptr);
+}
+
+Solution SolveTuned(Problem const & i_problem, Settings const & i_settings, Progress const & i_progress,
+                    PieceTuner * io_pTuner)
+{
     Solution solution;
     if (std::string refusal = checkProblem(i_problem, i_settings); !refusal.empty())
         return without(Status::Refused, std::move(refusal), std::move(solution));
     Partition parts = partition(i_problem);
+    if (io_pTuner && parts.refusal.empty())
+        io_pTuner->arrange(parts);
     solution.warnings = parts.warnings;
     Monitor monitor(i_progress);
     if (!parts.refusal.empty())
@@ -205,8 +214,10 @@ Solution Solve(Problem const & i_problem, Settings const & i_settings, Progress 
         double const share = 100.0 * static_cast<double>(parts.pieces[i].mesh.cells.size()) / all;
         monitor.setRange(done, done + share);
         done += share;
+        if (io_pTuner)
+            io_pTuner->prepare(parts.pieces[i], parts.shift[i]);
         PieceSolver solver(i_problem, i_settings, parts.pieces[i], monitor);
-        Status const status = solver.solve();
+        Status const status = solver.solve(io_pTuner);
         noteRun(solver, solution);
         if (status != Status::Converged && status != Status::Accepted)
         {

@@ -88,12 +88,17 @@ bool addBead(Piece const & i_piece, BeadSegment const & i_bead, Vec3 i_meshCentr
 
 } // namespace
 
+void addHolderForces(Piece const & i_piece, std::vector<HolderEdge> const & i_edges, std::vector<Vec3> & io_force)
+{
+    for (HolderEdge const & edge : i_edges)
+        addHolder(i_piece, edge, io_force);
+}
+
 ConstantForces buildConstantForces(Piece const & i_piece, std::span<Vec2 const> i_start)
 {
     ConstantForces forces;
     forces.force.assign(i_piece.mesh.position.size(), {});
-    for (HolderEdge const & edge : i_piece.holders)
-        addHolder(i_piece, edge, forces.force);
+    addHolderForces(i_piece, i_piece.holders, forces.force);
     Vec3 centre;
     for (std::size_t i = 0; i < i_piece.mesh.position.size(); ++i)
         centre = centre + (i_piece.weight[i] / i_piece.area) * i_piece.mesh.position[i];

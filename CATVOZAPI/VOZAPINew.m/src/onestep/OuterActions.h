@@ -19,6 +19,10 @@ struct ConstantForces
     int beadsSkipped = 0;              // segments without valid coordinates
 };
 
+// Adds the forces of holder edges alone, per node.
+void addHolderForces(Piece const & i_piece, std::vector<HolderEdge> const & i_edges,
+                     std::vector<geometry::Vec3> & io_force);
+
 // i_start: flat positions of the start, which tell a bead's outer side.
 ConstantForces buildConstantForces(Piece const & i_piece, std::span<geometry::Vec2 const> i_start);
 

@@ -3,6 +3,7 @@
 #include "onestep/PieceSolver.h"
 
 #include "TextOf.h"
+#include "onestep/PieceTuner.h"
 #include "onestep/Start.h"
 
 #include <algorithm>
@@ -39,7 +40,7 @@ void PieceSolver::buildSystem()
     m_newton = std::make_unique<Newton>(*m_system, *m_holding, m_settings.tolerance);
 }
 
-Status PieceSolver::solve()
+Status PieceSolver::solve(PieceTuner * io_pTuner)
 {
     auto const begin = std::chrono::steady_clock::now();
     m_lockedEdges = applyLocks(m_problem.materials, m_piece);
@@ -59,10 +60,33 @@ Status PieceSolver::solve()
     m_monitor.log("start found in " + std::to_string(m_startSteps) + " steps");
     buildSystem();
     m_outcome = climbLadder(m_settings, *m_newton, *m_system, m_monitor, m_flat);
+    if (io_pTuner && m_outcome.converged && !m_monitor.stopped())
+    {
+        io_pTuner->tune(*this);
+        m_outcome.stopped = m_monitor.stopped();
+    }
     bool const pads = std::any_of(m_piece.padShear.begin(), m_piece.padShear.end(), [](double s) { return s != 0.0; });
     if (m_holding->count() == 3 && !pads)
         placeOverPart(m_piece, m_flat);
     return judge();
+}
+
+bool PieceSolver::resolve(std::vector<geometry::Vec3> i_forces, std::vector<geometry::Vec2> i_from)
+{
+    std::vector<geometry::Vec3> forces = m_system->constantForces();
+    m_flat.swap(i_from);
+    m_system->setConstantForces(std::move(i_forces));
+    Newton::Outcome const outcome = m_newton->run(m_settings.tolerance, m_settings.maxSteps, m_monitor, m_flat);
+    m_outcome.steps += outcome.steps;
+    m_outcome.stopped = m_monitor.stopped();
+    if (outcome.passed && !m_outcome.stopped)
+    {
+        m_outcome.state = outcome.state;
+        return true;
+    }
+    m_system->setConstantForces(std::move(forces));
+    m_flat.swap(i_from);
+    return false;
 }
 
 Status PieceSolver::judge()

@@ -13,6 +13,8 @@
 namespace voz::onestep
 {
 
+class PieceTuner;
+
 class PieceSolver
 {
 public:
@@ -20,7 +22,13 @@ public:
     PieceSolver(Problem const & i_problem, Settings const & i_settings, Piece & io_piece, Monitor & io_monitor);
 
     // Status and, where it is not Converged, the reason. Failed, Refused and Stopped leave no flat.
-    Status solve();
+    // io_pTuner may be null; it is called when the piece is in equilibrium.
+    Status solve(PieceTuner * io_pTuner = nullptr);
+
+    // For tuners: equilibrium under other constant outer forces, from i_from. False: none was found, or the caller
+    // asked for a stop; forces and flat are then what they were.
+    bool resolve(std::vector<geometry::Vec3> i_forces, std::vector<geometry::Vec2> i_from);
+
     std::string const & message() const { return m_message; }
     std::vector<std::string> const & warnings() const { return m_warnings; }
 
@@ -32,6 +40,7 @@ public:
     Piece const & piece() const { return m_piece; }
     MembraneSystem & system() { return *m_system; } // after solve()
     Newton & newton() { return *m_newton; }
+    Monitor & monitor() { return m_monitor; }
 
 private:
     void buildSystem();

@@ -23,6 +23,18 @@ Vec3 anyPerpendicular(Vec3 n)
     return unit(axis - dot(axis, n) * n);
 }
 
+// Of all pairs of tangents the one that lies nearest to the two axes of the flat (greatest t1.x + t2.y): equation and
+// unknown of a node then belong together, and the diagonal of the matrix, on which pivots and holding rely, is strong.
+std::array<Vec3, 2> tangentsAt(Vec3 i_normal)
+{
+    Vec3 const s1 = anyPerpendicular(i_normal), s2 = cross(i_normal, s1);
+    double const along = s1.x + s2.y, across = s2.x - s1.y, size = std::hypot(along, across);
+    if (!(size > 1.0e-12)) // seen from below: all pairs are alike
+        return {s1, s2};
+    double const c = along / size, s = across / size;
+    return {c * s1 + s * s2, c * s2 - s * s1};
+}
+
 } // namespace
 
 TangentFrames buildTangentFrames(Piece const & i_piece, double i_friction)
@@ -31,8 +43,7 @@ TangentFrames buildTangentFrames(Piece const & i_piece, double i_friction)
     frames.normal = geometry::nodeNormals(i_piece.mesh, i_piece.symmetry);
     for (Vec3 const & normal : frames.normal)
     {
-        Vec3 const t1 = anyPerpendicular(normal);
-        Vec3 const t2 = cross(normal, t1);
+        auto const [t1, t2] = tangentsAt(normal);
         frames.tangent.push_back({t1, t2});
         double const rise = std::max(std::hypot(t1.z, t2.z), kLeastRise);
         frames.projection.push_back(

@@ -6,6 +6,7 @@
 #include "VOZMechanicalProp.h"
 #include "VOZMesh.h"
 #include "VOZMultiStageSolverIOData.h"
+#include "VOZSolverAutoBC.h"
 #include "VOZSolverBCData.h"
 
 #include <cmath>
@@ -260,9 +261,7 @@ void ReadHolders(VOZSolverBCData_s const & i_bc, Problem & o_problem)
             Refuse(kWhat, row, " runs from corner ", edge.m_nFirstPosition, " to corner ", edge.m_nSecondPosition,
                    " of element ", edge.m_nElement, "; expected neighbours");
         Expect(edge.m_dForce, 0.0, kLargestForce, "the force, in N/m, of blank-holder edge ", row);
-        if (edge.m_dForce > 0.0)
-            o_problem.holders.push_back(
-                {edge.m_nElement, edge.m_nFirstPosition, edge.m_nSecondPosition, edge.m_dForce});
+        o_problem.holders.push_back({edge.m_nElement, edge.m_nFirstPosition, edge.m_nSecondPosition, edge.m_dForce});
         ++row;
     }
 }
@@ -331,6 +330,16 @@ void ReadActions(VOZSolverBCData_s const * i_pBC, Problem & o_problem)
     o_problem.toolFriction = i_pBC->m_bProcess != 0 ? i_pBC->m_dFriction : 0.0;
 }
 
+// The mesh has topology, elements, coordinates, and one or more nodes and elements.
+void CheckMesh(VOZMesh_s const * i_pMesh, char const * i_strWhere, char const * i_strMesh)
+{
+    if (!i_pMesh || !i_pMesh->m_psTopology || !i_pMesh->GetElements() || !i_pMesh->m_padNodalCoords)
+        Refuse(i_strWhere, " has no ", i_strMesh, " mesh; expected one with topology, elements and coordinates");
+    if (i_pMesh->GetNumNodes() < 1 || i_pMesh->GetNumElements() < 1)
+        Refuse("the ", i_strMesh, " mesh has ", i_pMesh->GetNumNodes(), " nodes and ", i_pMesh->GetNumElements(),
+               " elements; expected one or more of each");
+}
+
 } // namespace
 
 VOZSolverStage_s & StageOf(VOZMultiStageSolverIOData_s & io_data)
@@ -339,11 +348,7 @@ VOZSolverStage_s & StageOf(VOZMultiStageSolverIOData_s & io_data)
         Refuse("the job has no stage; expected one");
     VOZSolverStage_s & stage = io_data.m_pasStages[0];
     VOZMesh_s const * const pPart = stage.m_psPartMesh;
-    if (!pPart || !pPart->m_psTopology || !pPart->GetElements() || !pPart->m_padNodalCoords)
-        Refuse("the stage has no part mesh; expected one with topology, elements and coordinates");
-    if (pPart->GetNumNodes() < 1 || pPart->GetNumElements() < 1)
-        Refuse("the part mesh has ", pPart->GetNumNodes(), " nodes and ", pPart->GetNumElements(),
-               " elements; expected one or more of each");
+    CheckMesh(pPart, "the stage", "part");
     VOZMesh_s const * const pBlank = stage.m_psBlankMesh;
     if (!pBlank || !pBlank->m_padNodalCoords || pBlank->GetNumNodes() != pPart->GetNumNodes())
         Refuse("the stage has no blank mesh for the answer; expected one with coordinates for ", pPart->GetNumNodes(),
@@ -364,4 +369,39 @@ voz::onestep::Problem ProblemOf(VOZMultiStageSolverIOData_s const & i_data, VOZS
     problem.curvatures = CurvaturesOf(*i_stage.m_psPartMesh);
     ReadActions(i_stage.m_psBCData, problem);
     return problem;
+}
+
+voz::binder::BinderSurface BinderOf(VOZMultiStageSolverIOData_s const & i_data, VOZSolverStage_s const & i_stage)
+{
+    StageFrame const frame(i_stage.m_adLocalCS, i_stage.m_adOrigin);
+    CheckMesh(i_data.m_psBinderMesh, "the job", "binder");
+    VOZMesh_s const * const pOnBinder = i_data.m_psBlankOnBinderMesh;
+    int const nNumPartNodes = i_stage.m_psPartMesh->GetNumNodes();
+    if (!pOnBinder || !pOnBinder->m_padNodalCoords || pOnBinder->GetNumNodes() != nNumPartNodes)
+        Refuse("the job has no mesh for the blank on the binder; expected one with coordinates for ", nNumPartNodes,
+               " nodes");
+    return {NodesOf(*i_data.m_psBinderMesh, frame, "binder"),
+            ElementsOf(*i_data.m_psBinderMesh, i_data.m_nNumMaterials, "binder")};
+}
+
+voz::autostrain::Task TaskOf(VOZSolverAutoBC_s const & i_wanted, voz::onestep::Problem const & i_problem)
+{
+    constexpr double kLargestStrain = 5.0; // log
+    auto const read = [&](char const * i_strWhich, int i_nNode, double i_dStrain)
+    {
+        int const nNumNodes = static_cast<int>(i_problem.nodes.size());
+        if (i_nNode < -1 || i_nNode >= nNumNodes)
+            Refuse("the ", i_strWhich, " node of the wanted strains is ", i_nNode, "; expected 0 to ", nNumNodes - 1,
+                   ", or -1 for none");
+        if (i_nNode >= 0)
+            Expect(i_dStrain, -kLargestStrain, kLargestStrain, "the wanted log strain at the ", i_strWhich, " node");
+        return voz::autostrain::Wish{i_nNode, i_dStrain};
+    };
+    voz::autostrain::Task task;
+    task.target = read("target", i_wanted.m_nTargetNode, i_wanted.m_dTargetStrain);
+    task.reference = read("reference", i_wanted.m_nReferenceNode, i_wanted.m_dReferenceStrain);
+    if (!std::isfinite(i_wanted.m_dValue))
+        Refuse("the factor of the first guess of the wanted strains is no number; expected one");
+    task.guessFactor = i_wanted.m_dValue > 0.0 ? i_wanted.m_dValue : 1.0;
+    return task;
 }

@@ -6,6 +6,8 @@
 #ifndef JOBPROBLEM_H
 #define JOBPROBLEM_H
 
+#include "autostrain/AutoStrain.h"
+#include "binder/Binder.h"
 #include "onestep/OneStep.h"
 
 #include <span>
@@ -14,6 +16,7 @@
 struct VOZMechanicalProp_s;
 struct VOZMesh_s;
 struct VOZMultiStageSolverIOData_s;
+struct VOZSolverAutoBC_s;
 struct VOZSolverStage_s;
 
 // A record that cannot be solved; the text says what was found, where, and what was expected.
@@ -50,5 +53,10 @@ std::vector<voz::onestep::MaterialLaw> LawsOf(int i_nNumMaterials, double const 
 VOZSolverStage_s & StageOf(VOZMultiStageSolverIOData_s & io_data);
 
 voz::onestep::Problem ProblemOf(VOZMultiStageSolverIOData_s const & i_data, VOZSolverStage_s const & i_stage);
+
+// The binder, in the frame of the stage. The job must have a place for the blank on it, too.
+voz::binder::BinderSurface BinderOf(VOZMultiStageSolverIOData_s const & i_data, VOZSolverStage_s const & i_stage);
+
+voz::autostrain::Task TaskOf(VOZSolverAutoBC_s const & i_wanted, voz::onestep::Problem const & i_problem);
 
 #endif

@@ -76,18 +76,24 @@ RunFiles::RunFiles(unsigned short const * i_strFolder, unsigned short const * i_
 {
     double logValue = 0.0;
     std::basic_string<unsigned short> logName;
-    std::FILE * pLog = nullptr;
-    VOZMultiStageSolver::OpenLogFile(i_strSummaryName, i_strFolder, logValue, logName, pLog);
-    m_pLog.reset(pLog);
+    VOZMultiStageSolver::OpenLogFile(i_strSummaryName, i_strFolder, logValue, logName, m_pLog);
+    m_pOwnLog.reset(m_pLog);
+}
+
+RunFiles::RunFiles(VOZMultiStageSolverIOData_s const & i_data, unsigned short const * i_strFolder, std::FILE * i_pLog)
+    : m_pLog(i_pLog),
+      m_summaryPath(PathInFolder(i_strFolder && i_strFolder[0] != 0 ? i_strFolder : i_data.m_strWorkingDir,
+                                 i_data.m_strSummaryFileName))
+{
 }
 
 void RunFiles::Log(std::string const & i_line)
 {
     if (!m_pLog || i_line.starts_with("time:"))
         return;
-    std::fwrite(i_line.data(), 1, i_line.size(), m_pLog.get());
-    std::fputc('\n', m_pLog.get());
-    std::fflush(m_pLog.get()); // a run that is killed leaves what it has said
+    std::fwrite(i_line.data(), 1, i_line.size(), m_pLog);
+    std::fputc('\n', m_pLog);
+    std::fflush(m_pLog); // a run that is killed leaves what it has said
 }
 
 void RunFiles::Write(std::string const & i_text)

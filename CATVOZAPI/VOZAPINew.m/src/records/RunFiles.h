@@ -21,6 +21,9 @@ public:
     explicit RunFiles(VOZMultiStageSolverIOData_s const & i_data);
     RunFiles(unsigned short const * i_strFolder, unsigned short const * i_strSummaryName); // either may be null
 
+    // The log is the caller's, open and possibly null. i_strFolder, where not empty, stands for the record's.
+    RunFiles(VOZMultiStageSolverIOData_s const & i_data, unsigned short const * i_strFolder, std::FILE * i_pLog);
+
     void Log(std::string const & i_line);
     void Summarise(voz::onestep::Problem const & i_problem, voz::onestep::Solution const & i_solution);
     void Refused(std::string const & i_reason); // a job that never reached the solver
@@ -31,8 +34,9 @@ private:
     {
         void operator()(std::FILE * i_pFile) const { std::fclose(i_pFile); }
     };
-    std::unique_ptr<std::FILE, Closed> m_pLog;
-    std::string m_summaryPath; // empty: no summary
+    std::unique_ptr<std::FILE, Closed> m_pOwnLog;
+    std::FILE * m_pLog = nullptr; // null: no log
+    std::string m_summaryPath;    // empty: no summary
 };
 
 // The area of the flat blank, m^2.

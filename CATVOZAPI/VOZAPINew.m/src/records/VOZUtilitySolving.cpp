@@ -1,4 +1,4 @@
-// VOZUtilitySolving.cpp: the door of the kernel.
+// VOZUtilitySolving.cpp: the doors of the kernel.
 //
 // Records in, one-step solve, records out. Nothing of the stage changes until the answer is there and sound.
 
@@ -6,116 +6,103 @@
 
 #include "CATError.h"
 #include "JobProblem.h"
+#include "JobResults.h"
 #include "RunFiles.h"
-#include "TextOf.h"
 #include "VOZFormingResult.h"
-#include "VOZMesh.h"
 #include "VOZMultiStageSolverIOData.h"
+#include "VOZSolverAutoBC.h"
 
-#include <algorithm>
-#include <cmath>
-#include <cstddef>
-#include <memory>
-#include <vector>
+#include <optional>
 
 namespace
 {
 
+using voz::binder::TwoStages;
 using voz::onestep::Problem;
+using voz::onestep::Progress;
 using voz::onestep::Solution;
 using voz::onestep::Status;
 
-constexpr std::size_t kPlaces = 4;     // integration points that are allocated per element
-constexpr std::size_t kComponents = 3; // values per integration point
-
-[[noreturn]] void Raise(std::string const & i_text)
+struct Caller
 {
-    throw CATError(CATUnicodeString(i_text.c_str()), "VOZUtilitySolving", __LINE__);
+    VOZStopFunction stop;
+    VOZProgressCallback callback;
+    void * pTask;
+    void * pReserved;
+
+    Progress ProgressTo(RunFiles & io_files) const
+    {
+        Progress progress;
+        if (stop || callback)
+            progress.report = [*this](double percent)
+            {
+                if (stop && stop() != 0)
+                    return 1;
+                return callback ? callback(percent, pTask, pReserved) : 0;
+            };
+        progress.log = [&io_files](std::string const & line) { io_files.Log(line); };
+        return progress;
+    }
+};
+
+enum class BinderUse
+{
+    None,
+    WhereGiven, // both its mesh and one for the blank on it
+    Always
+};
+
+// i_pWanted: null, or the strains to reach.
+int Solve(VOZMultiStageSolverIOData_s & io_data, BinderUse i_use, VOZSolverAutoBC_s const * i_pWanted,
+          Caller const & i_caller, RunFiles & io_files)
+{
+    VOZSolverStage_s & stage = StageOf(io_data);
+    stage.m_psFormingResult->Clear();
+    Problem const problem = ProblemOf(io_data, stage);
+    std::optional<voz::autostrain::Task> task;
+    if (i_pWanted)
+        task = TaskOf(*i_pWanted, problem);
+    bool const bBinder = i_use == BinderUse::Always ||
+                         (i_use == BinderUse::WhereGiven && io_data.m_psBinderMesh && io_data.m_psBlankOnBinderMesh);
+    auto const solvePart = [&](Progress const & progress)
+    {
+        voz::autostrain::Reached reached;
+        return task ? voz::autostrain::solve(problem, {}, *task, progress, reached)
+                    : voz::onestep::Solve(problem, {}, progress);
+    };
+    Progress const progress = i_caller.ProgressTo(io_files);
+    TwoStages stages;
+    if (bBinder)
+        stages = voz::binder::solveWithBinder(problem, BinderOf(io_data, stage), {}, progress, solvePart);
+    else
+        stages.part = solvePart(progress);
+    io_files.Summarise(problem, stages.part);
+    if (stages.part.status == Status::Stopped)
+        return VOZUtilitySolving::Stopped;
+    if (stages.part.status == Status::Failed || stages.part.status == Status::Refused)
+        RaiseKernelError(stages.part.message);
+    WriteResults(problem, stages.part, bBinder ? &stages.closing : nullptr, io_data, stage);
+    return VOZUtilitySolving::Done;
 }
 
-bool HasQuad(VOZMesh_s const * i_pMesh)
+int SolveOrRaise(VOZMultiStageSolverIOData_s & io_data, BinderUse i_use, VOZSolverAutoBC_s const * i_pWanted,
+                 Caller const & i_caller, RunFiles & io_files)
 {
-    if (!i_pMesh || !i_pMesh->GetElements() || i_pMesh->GetNumElements() < 1)
-        return false;
-    VOZElement_s const * const pFirst = i_pMesh->GetElements();
-    return std::any_of(pFirst, pFirst + i_pMesh->GetNumElements(),
-                       [](VOZElement_s const & element) { return element.m_anNodeIndices[3] != -1; });
+    try
+    {
+        return Solve(io_data, i_use, i_pWanted, i_caller, io_files);
+    }
+    catch (JobError const & error)
+    {
+        io_files.Refused(error.what());
+        RaiseKernelError(error.what());
+    }
 }
 
-// Spreads the solver's points over the places of the record: the reader has one stride for all meshes of the job, so
-// a triangle among quadrilaterals, and a triangle beside a binder that has one, repeats its only point.
-std::unique_ptr<double[]> Placed(std::vector<double> const & i_values, std::size_t i_numElements,
-                                 std::size_t i_strideFrom, std::size_t i_strideTo)
+void ExpectJob(VOZMultiStageSolverIOData_s const * i_psData)
 {
-    if (i_values.size() != i_numElements * i_strideFrom * kComponents)
-        Raise("the solver gave a field of another size than the mesh");
-    auto padPlaces = std::make_unique<double[]>(i_numElements * kPlaces * kComponents); // zeros
-    for (std::size_t e = 0; e < i_numElements; ++e)
-        for (std::size_t point = 0; point < i_strideTo; ++point)
-        {
-            std::size_t const from = (e * i_strideFrom + std::min(point, i_strideFrom - 1)) * kComponents;
-            std::copy_n(i_values.begin() + static_cast<std::ptrdiff_t>(from), kComponents,
-                        padPlaces.get() + (e * i_strideTo + point) * kComponents);
-        }
-    return padPlaces;
-}
-
-bool AllFinite(std::vector<double> const & i_values)
-{
-    return std::all_of(i_values.begin(), i_values.end(), [](double value) { return std::isfinite(value); });
-}
-
-void CheckSolution(Problem const & i_problem, Solution const & i_solution)
-{
-    bool bSound = i_solution.flat.size() == i_problem.nodes.size() && std::isfinite(i_solution.punchForce) &&
-                  AllFinite(i_solution.strains.mid) && AllFinite(i_solution.strains.top) &&
-                  AllFinite(i_solution.strains.bottom) && AllFinite(i_solution.equivalentStress);
-    for (auto const & position : i_solution.flat)
-        bSound = bSound && std::isfinite(position[0]) && std::isfinite(position[1]);
-    if (!bSound)
-        Raise("the solver's answer holds a value that is no number; the part is not solved");
-}
-
-// The flat lies in the plane of the frame's first two axes through its origin.
-void WriteBlank(Solution const & i_solution, VOZSolverStage_s & io_stage)
-{
-    double * padPoint = io_stage.m_psBlankMesh->m_padNodalCoords;
-    double const * const a1 = io_stage.m_adLocalCS;
-    double const * const a2 = io_stage.m_adLocalCS + 3;
-    for (auto const & [x, y] : i_solution.flat)
-        for (int k = 0; k < 3; ++k)
-            *padPoint++ = io_stage.m_adOrigin[k] + a1[k] * x + a2[k] * y;
-}
-
-void WriteResults(Problem const & i_problem, Solution const & i_solution, bool i_bFourPoints,
-                  VOZSolverStage_s & io_stage)
-{
-    CheckSolution(i_problem, i_solution);
-    std::size_t const numElements = i_problem.elements.size();
-    std::size_t const strideFrom = static_cast<std::size_t>(i_solution.stride);
-    std::size_t const strideTo = i_bFourPoints ? kPlaces : 1;
-    auto mid = Placed(i_solution.strains.mid, numElements, strideFrom, strideTo);
-    auto top = Placed(i_solution.strains.top, numElements, strideFrom, strideTo);
-    auto bottom = Placed(i_solution.strains.bottom, numElements, strideFrom, strideTo);
-    auto stress = Placed(i_solution.equivalentStress, numElements, strideFrom, strideTo);
-
-    WriteBlank(i_solution, io_stage);
-    VOZFormingResult_s & result = *io_stage.m_psFormingResult;
-    result.m_padStrainComponentsMid = mid.release();
-    result.m_padStrainComponentsTop = top.release();
-    result.m_padStrainComponentsBot = bottom.release();
-    result.m_padEquivalentStress = stress.release();
-    result.m_dPunchForce = i_solution.punchForce;
-}
-
-Solution SolveWith(Problem const & i_problem, RunFiles & io_files, VOZProgressCallback i_callback, void * i_pTask,
-                   void * i_pReserved)
-{
-    voz::onestep::Progress progress;
-    if (i_callback)
-        progress.report = [=](double percent) { return i_callback(percent, i_pTask, i_pReserved); };
-    progress.log = [&io_files](std::string const & line) { io_files.Log(line); };
-    return voz::onestep::Solve(i_problem, {}, progress);
+    if (!i_psData)
+        RaiseKernelError("there is no job record; expected one");
 }
 
 } // namespace
@@ -123,28 +110,28 @@ Solution SolveWith(Problem const & i_problem, RunFiles & io_files, VOZProgressCa
 int VOZUtilitySolving::Evaluate(VOZMultiStageSolverIOData_s * io_psData, VOZProgressCallback i_callback, void * i_pTask,
                                 void * i_pReserved)
 {
-    if (!io_psData)
-        Raise("there is no job record; expected one");
+    ExpectJob(io_psData);
     RunFiles files(*io_psData);
-    try
-    {
-        VOZSolverStage_s & stage = StageOf(*io_psData);
-        stage.m_psFormingResult->Clear();
-        Problem const problem = ProblemOf(*io_psData, stage);
-        Solution const solution = SolveWith(problem, files, i_callback, i_pTask, i_pReserved);
-        files.Summarise(problem, solution);
-        if (solution.status == Status::Stopped)
-            return Stopped;
-        if (solution.status == Status::Failed || solution.status == Status::Refused)
-            Raise(solution.message);
-        bool const bFourPoints =
-            solution.stride > 1 || HasQuad(stage.m_psPartMesh) || HasQuad(io_psData->m_psBinderMesh);
-        WriteResults(problem, solution, bFourPoints, stage);
-        return Done;
-    }
-    catch (JobError const & error)
-    {
-        files.Refused(error.what());
-        Raise(error.what());
-    }
+    return SolveOrRaise(*io_psData, BinderUse::None, nullptr, {nullptr, i_callback, i_pTask, i_pReserved}, files);
+}
+
+int VOZUtilitySolving::TwoStagesWithBinder(double, std::FILE * i_pLog, unsigned short const *,
+                                           unsigned short const * i_strFolder, VOZStopFunction i_stop,
+                                           VOZProgressCallback i_callback, void * i_pTask, void * i_pReserved,
+                                           VOZMultiStageSolverIOData_s * io_psData)
+{
+    ExpectJob(io_psData);
+    RunFiles files(*io_psData, i_strFolder, i_pLog);
+    return SolveOrRaise(*io_psData, BinderUse::Always, nullptr, {i_stop, i_callback, i_pTask, i_pReserved}, files);
+}
+
+int VOZUtilitySolving::EvaluateAutoStrain(VOZMultiStageSolverIOData_s * io_psData, VOZSolverAutoBC_s const * i_psWanted,
+                                          VOZProgressCallback i_callback, void * i_pTask, void * i_pReserved)
+{
+    ExpectJob(io_psData);
+    RunFiles files(*io_psData);
+    if (!i_psWanted)
+        RaiseKernelError("there is no record of wanted strains; expected one");
+    return SolveOrRaise(*io_psData, BinderUse::WhereGiven, i_psWanted, {nullptr, i_callback, i_pTask, i_pReserved},
+                        files);
 }

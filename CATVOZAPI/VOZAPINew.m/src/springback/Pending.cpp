@@ -3,7 +3,6 @@
 #include "CATError.h"
 #include "VOZMeshGenerator.h"
 #include "VOZSolverSpringback.h"
-#include "VOZUtilitySolving.h"
 
 namespace
 {
@@ -25,17 +24,4 @@ int VOZSolverSpringback::Unfold(unsigned short const *, unsigned short const *, 
                                 float *, float *, float *, VOZMesh_s *, bool, double *)
 {
     RaiseNotBuilt("Unfold");
-}
-
-int VOZUtilitySolving::TwoStagesWithBinder(double, std::FILE *, unsigned short const *, unsigned short const *,
-                                           VOZStopFunction, VOZProgressCallback, void *, void *,
-                                           VOZMultiStageSolverIOData_s *)
-{
-    RaiseNotBuilt("TwoStagesWithBinder");
-}
-
-int VOZUtilitySolving::EvaluateAutoStrain(VOZMultiStageSolverIOData_s *, VOZSolverAutoBC_s const *, VOZProgressCallback,
-                                          void *, void *)
-{
-    RaiseNotBuilt("EvaluateAutoStrain");
 }

@@ -1,0 +1,555 @@
+// AutoStrainTest.cpp: the restraint that brings strains to given values.
+
+#include "autostrain/AutoStrain.h"
+#include "CATError.h"
+#include "JobFixture.h"
+#include "OneStepMeshes.h"
+#include "VOZSolverAutoBC.h"
+#include "VOZUtilitySolving.h"
+#include "autostrain/LevelSearch.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace
+{
+
+using namespace voz::examples;
+using namespace onesteptest;
+using testing::HasSubstr;
+using voz::autostrain::LevelSearch;
+using voz::autostrain::Pair;
+using voz::autostrain::Reached;
+using voz::autostrain::Sample;
+using voz::autostrain::Task;
+using voz::onestep::Solution;
+using voz::onestep::Status;
+
+struct Run
+{
+    Solution solution;
+    Reached reached;
+    std::vector<std::string> log;
+    std::vector<double> told;
+};
+
+Run tuned(Problem const & problem, Task const & task)
+{
+    Run run;
+    voz::onestep::Progress progress;
+    progress.log = [&](std::string const & line) { run.log.push_back(line); };
+    progress.report = [&](double percent)
+    {
+        run.told.push_back(percent);
+        return 0;
+    };
+    run.solution = voz::autostrain::solve(problem, {}, task, progress, run.reached);
+    return run;
+}
+
+Task target(int node, double strain, double guessFactor = 1.0)
+{
+    return {{node, strain}, {}, guessFactor};
+}
+
+// Mean of the major strain over the elements of a node by their areas, from a solution's layers.
+double majorAt(Problem const & problem, Solution const & solution, int node)
+{
+    double sum = 0.0, area = 0.0;
+    for (std::size_t e = 0; e < problem.elements.size(); ++e)
+    {
+        auto const & nodes = problem.elements[e].nodes;
+        if (std::find(nodes.begin(), nodes.end(), node) == nodes.end())
+            continue;
+        EXPECT_EQ(nodes[3], -1); // triangles
+        std::array<double, 3> u{}, v{};
+        for (std::size_t k = 0; k < 3; ++k)
+        {
+            u[k] = problem.nodes[at(nodes[1])][k] - problem.nodes[at(nodes[0])][k];
+            v[k] = problem.nodes[at(nodes[2])][k] - problem.nodes[at(nodes[0])][k];
+        }
+        double const a =
+            0.5 * std::hypot(u[1] * v[2] - u[2] * v[1], u[2] * v[0] - u[0] * v[2], u[0] * v[1] - u[1] * v[0]);
+        area += a;
+        sum += a * principal(solution, e * at(solution.stride)).major;
+    }
+    return sum / area;
+}
+
+int nodeAt(Problem const & problem, double x, double y) // mm
+{
+    int nearest = 0;
+    auto const distance = [&](int i)
+    { return std::hypot(problem.nodes[at(i)][0] - 0.001 * x, problem.nodes[at(i)][1] - 0.001 * y); };
+    for (int i = 1; i < static_cast<int>(problem.nodes.size()); ++i)
+        if (distance(i) < distance(nearest))
+            nearest = i;
+    return nearest;
+}
+
+// --- The search alone ------------------------------------------------------------------------------------------------
+
+using Law = std::function<Pair(Pair)>;
+
+Sample sampleOf(Law const & law, Pair level, bool slopes)
+{
+    Sample sample;
+    sample.level = level;
+    sample.value = law(level);
+    sample.hasSlope = slopes;
+    for (std::size_t j = 0; j < 2 && slopes; ++j)
+    {
+        Pair high = level, low = level;
+        high[j] += 1e-4;
+        low[j] -= 1e-4;
+        for (std::size_t i = 0; i < 2; ++i)
+            sample.slope[i][j] = (law(high)[i] - law(low)[i]) / 2e-4;
+    }
+    return sample;
+}
+
+LevelSearch searched(Law const & law, int count, Pair wanted, Pair first, bool slopes = true, double noneAbove = 1e9)
+{
+    LevelSearch search(count, wanted, 1.0);
+    Pair before = first;
+    bool goesOn = search.accept(sampleOf(law, first, slopes));
+    while (goesOn)
+    {
+        Pair const level = search.nextLevel();
+        for (int i = 0; i < count; ++i)
+        {
+            EXPECT_GE(level[at(i)], 0.0);
+            EXPECT_LE(level[at(i)], std::max(2.0 * before[at(i)], 1.0) + 1e-12);
+        }
+        if (level[0] > noneAbove)
+        {
+            goesOn = search.reject();
+            continue;
+        }
+        before = level;
+        goesOn = search.accept(sampleOf(law, level, slopes));
+    }
+    EXPECT_LE(search.rounds(), 20);
+    return search;
+}
+
+Pair rising(Pair s)
+{
+    return {0.02 * std::expm1(s[0] / 50.0), 0.0};
+}
+
+TEST(LevelSearch, FindsALevelByNewtonWithinAFactorOfTwoARound)
+{
+    LevelSearch const search = searched(rising, 1, {rising({80.0, 0.0})[0], 0.0}, {5.0, 0.0});
+    EXPECT_TRUE(search.met());
+    EXPECT_NEAR(search.best().level[0], 80.0, 0.3);
+    EXPECT_EQ(search.rounds(), 7); // 10, 20, 40, 80 doubling
+}
+
+TEST(LevelSearch, FindsALevelWithoutSlopesByTheBracketAlone)
+{
+    for (double wanted : {3.0, 80.0, 120.0})
+    {
+        LevelSearch const search = searched(rising, 1, {rising({wanted, 0.0})[0], 0.0}, {30.0, 0.0}, false);
+        EXPECT_TRUE(search.met()) << wanted;
+    }
+}
+
+TEST(LevelSearch, StopsAtTheFirstLevelWhenThatIsGood)
+{
+    LevelSearch const search = searched(rising, 1, {rising({5.0, 0.0})[0] + 0.9e-4, 0.0}, {5.0, 0.0});
+    EXPECT_TRUE(search.met());
+    EXPECT_EQ(search.rounds(), 0);
+}
+
+TEST(LevelSearch, EndsAtZeroWhenThatIsStillTooMuch)
+{
+    Law const law = [](Pair s) { return Pair{0.01 + 0.001 * s[0], 0.0}; };
+    LevelSearch const search = searched(law, 1, {0.002, 0.0}, {64.0, 0.0});
+    EXPECT_FALSE(search.met());
+    EXPECT_EQ(search.best().level[0], 0.0);
+    EXPECT_EQ(search.best().value[0], 0.01);
+    EXPECT_THAT(search.reason(), HasSubstr("without any restraint"));
+}
+
+TEST(LevelSearch, ClosesInOnTheLastLevelThatHasEquilibrium)
+{
+    LevelSearch const search = searched(rising, 1, {5.0, 0.0}, {10.0, 0.0}, true, 33.0);
+    EXPECT_FALSE(search.met());
+    EXPECT_NEAR(search.best().level[0], 33.0, 0.5);
+}
+
+TEST(LevelSearch, FindsTwoLevels)
+{
+    Law const law = [](Pair s) {
+        return Pair{0.001 * s[0] + 0.0003 * s[1] + 1e-6 * s[0] * s[0], 0.0002 * s[0] + 0.0012 * s[1]};
+    };
+    LevelSearch const search = searched(law, 2, law({70.0, 20.0}), {10.0, 10.0});
+    EXPECT_TRUE(search.met());
+    EXPECT_NEAR(search.best().level[0], 70.0, 0.2);
+    EXPECT_NEAR(search.best().level[1], 20.0, 0.2);
+}
+
+TEST(LevelSearch, LeavesALevelAtZeroAndDoesWhatTheOtherCan)
+{
+    Law const law = [](Pair s) { return Pair{0.001 * s[0] + 0.0005 * s[1], 0.0005 * s[0] + 0.001 * s[1]}; };
+    LevelSearch const search = searched(law, 2, {0.05, 0.01}, {10.0, 10.0}); // would take levels of 60 and -20
+    EXPECT_FALSE(search.met());
+    EXPECT_EQ(search.best().level[1], 0.0);
+    EXPECT_GT(search.best().level[0], 35.0); // the error is 12 to 15 thousandths at either node
+    EXPECT_LT(search.best().level[0], 50.0);
+    EXPECT_FALSE(search.reason().empty());
+}
+
+TEST(LevelSearch, EndsWhereTheSheetWouldTear)
+{
+    LevelSearch search(1, {2.0, 0.0}, 1.0);
+    Sample sample = sampleOf(rising, {100.0, 0.0}, true);
+    sample.torn = true;
+    EXPECT_FALSE(search.accept(sample));
+    EXPECT_THAT(search.reason(), HasSubstr("tear"));
+}
+
+// --- On parts --------------------------------------------------------------------------------------------------------
+
+// The axisymmetric reference has this strain at the pole for 100 N/mm.
+TEST(AutoStrain, FindsTheRestraintOfTheCupFromTheStrainAtItsPole)
+{
+    Problem const cup = quarterCup({}, 4, Cells::Triangles, 20.0);
+    int const pole = nodeAt(cup, 0.0, 0.0);
+    Run const run = tuned(cup, target(pole, 0.0167695));
+    ASSERT_EQ(run.solution.status, Status::Converged) << run.solution.message;
+    EXPECT_TRUE(run.reached.met) << run.reached.reason;
+    EXPECT_NEAR(run.reached.targetLevel, 100.0e3, 0.3e3);
+    EXPECT_LE(run.reached.rounds, 6);
+    EXPECT_LE(run.solution.newtonSteps, 30);
+    EXPECT_NEAR(run.reached.targetStrain, 0.0167695, 1e-4);
+    EXPECT_NEAR(majorAt(cup, run.solution, pole), run.reached.targetStrain, 1e-9);
+    EXPECT_TRUE(std::is_sorted(run.told.begin(), run.told.end()));
+    EXPECT_DOUBLE_EQ(run.told.back(), 100.0);
+    EXPECT_THAT(run.log.back(), HasSubstr("auto strain: met after"));
+    std::printf("             %.4f N/mm after %d rounds, %d Newton steps, strain %.7f\n",
+                0.001 * run.reached.targetLevel, run.reached.rounds, run.solution.newtonSteps,
+                run.reached.targetStrain);
+
+    // and the answer is that of a plain solve at the level
+    Problem plain = cup;
+    for (auto & edge : plain.holders)
+        edge.force = run.reached.targetLevel;
+    Solution const again = voz::onestep::Solve(plain, {}, {});
+    for (std::size_t i = 0; i < cup.nodes.size(); ++i)
+        for (std::size_t k = 0; k < 2; ++k)
+            EXPECT_NEAR(run.solution.flat[i][k], again.flat[i][k], 1e-8);
+    EXPECT_NEAR(run.solution.punchForce, again.punchForce, 1e-5 * again.punchForce);
+}
+
+TEST(AutoStrain, AFreePartIsPlacedOverItselfAtTheEnd)
+{
+    Problem whole = problemOf(cup({}, 1, Extent::Whole, Cells::Triangles));
+    restrainRim(whole, 20.0);
+    Run const run = tuned(whole, target(nodeAt(whole, 0.0, 0.0), 0.01));
+    EXPECT_TRUE(run.reached.met);
+    Problem plain = whole;
+    for (auto & edge : plain.holders)
+        edge.force = run.reached.targetLevel;
+    Solution const again = voz::onestep::Solve(plain, {}, {});
+    for (std::size_t i = 0; i < whole.nodes.size(); ++i)
+        for (std::size_t k = 0; k < 2; ++k)
+            EXPECT_NEAR(run.solution.flat[i][k], again.flat[i][k], 1e-8);
+}
+
+// Levels chosen beforehand come back from the strains that they make; the strains are unequal.
+TEST(AutoStrain, FindsTwoLevelsFromTwoStrains)
+{
+    Problem cup = quarterCup({}, 2, Cells::Triangles, 20.0);
+    int const one = nodeAt(cup, 20.0, 0.0), other = nodeAt(cup, 0.0, 44.0);
+    double const levels[2] = {60.0e3, 25.0e3};
+    Problem known = cup;
+    for (auto & edge : known.holders)
+    {
+        auto const & nodes = known.elements[at(edge.element)].nodes;
+        auto const & a = known.nodes[at(nodes[at(edge.corner1)])];
+        auto const & b = known.nodes[at(nodes[at(edge.corner2)])];
+        auto const distance = [&](int node) {
+            return std::hypot(0.5 * (a[0] + b[0]) - known.nodes[at(node)][0],
+                              0.5 * (a[1] + b[1]) - known.nodes[at(node)][1]);
+        };
+        double const share = distance(other) / (distance(one) + distance(other));
+        edge.force = levels[0] * share + levels[1] * (1.0 - share);
+    }
+    Solution const answer = voz::onestep::Solve(known, {}, {});
+    Task const task{{one, majorAt(known, answer, one)}, {other, majorAt(known, answer, other)}, 1.0};
+    ASSERT_GT(std::abs(task.target.strain - task.reference.strain), 0.01);
+    Run const run = tuned(cup, task);
+    EXPECT_TRUE(run.reached.met) << run.reached.reason;
+    EXPECT_NEAR(run.reached.targetStrain, task.target.strain, 1e-4);
+    EXPECT_NEAR(run.reached.referenceStrain, task.reference.strain, 1e-4);
+    EXPECT_NEAR(run.reached.targetLevel, levels[0], 0.1 * levels[0]);
+    EXPECT_NEAR(run.reached.referenceLevel, levels[1], 0.25 * levels[1]);
+    std::printf("             %.2f and %.2f N/mm after %d rounds\n", 0.001 * run.reached.targetLevel,
+                0.001 * run.reached.referenceLevel, run.reached.rounds);
+}
+
+TEST(AutoStrain, WithOneNodeItDoesNotMatterWhichOfTheTwo)
+{
+    Problem const cup = quarterCup({}, 1, Cells::Quads, 20.0);
+    int const pole = nodeAt(cup, 0.0, 0.0);
+    Run const asTarget = tuned(cup, {{pole, 0.01}, {}, 1.0}), asReference = tuned(cup, {{}, {pole, 0.01}, 1.0});
+    EXPECT_TRUE(asTarget.reached.met);
+    EXPECT_EQ(asTarget.reached.targetLevel, asReference.reached.referenceLevel);
+    EXPECT_EQ(asReference.reached.targetLevel, 0.0);
+    EXPECT_EQ(asTarget.solution.flat, asReference.solution.flat);
+}
+
+TEST(AutoStrain, WithNeitherNodeItIsAPlainSolve)
+{
+    Problem const cup = quarterCup({}, 1, Cells::Quads, 20.0);
+    Run const run = tuned(cup, {});
+    Solution const plain = voz::onestep::Solve(cup, {}, {});
+    EXPECT_EQ(run.solution.flat, plain.flat);
+    EXPECT_EQ(run.solution.strains.mid, plain.strains.mid);
+    EXPECT_EQ(run.reached.rounds, 0);
+}
+
+TEST(AutoStrain, AStrainBelowThatWithoutRestraintLeavesNoRestraintAndSaysSo)
+{
+    Problem const cup = quarterCup({}, 2, Cells::Triangles, 20.0);
+    int const pole = nodeAt(cup, 0.0, 0.0);
+    Run const run = tuned(cup, target(pole, 0.0001));
+    ASSERT_EQ(run.solution.status, Status::Converged);
+    EXPECT_FALSE(run.reached.met);
+    EXPECT_EQ(run.reached.targetLevel, 0.0);
+    EXPECT_NEAR(run.reached.targetStrain, 0.00052, 5e-5);
+    ASSERT_FALSE(run.solution.warnings.empty());
+    EXPECT_THAT(run.solution.warnings.back(), HasSubstr("not met, the strain is above the wanted one"));
+    EXPECT_EQ(run.log.back(), run.solution.warnings.back());
+    Problem bare = cup;
+    bare.holders.clear();
+    Solution const plain = voz::onestep::Solve(bare, {}, {});
+    for (std::size_t i = 0; i < cup.nodes.size(); ++i)
+        EXPECT_NEAR(run.solution.flat[i][0], plain.flat[i][0], 1e-8);
+}
+
+TEST(AutoStrain, AStrainThatNoSheetBearsLeavesTheNearestAndSaysSo)
+{
+    Problem const cup = quarterCup({}, 1, Cells::Triangles, 20.0);
+    Run const run = tuned(cup, target(nodeAt(cup, 0.0, 0.0), 2.0));
+    ASSERT_TRUE(run.solution.status == Status::Converged || run.solution.status == Status::Accepted);
+    EXPECT_FALSE(run.reached.met);
+    EXPECT_GT(run.reached.targetStrain, 0.05);
+    EXPECT_FALSE(run.reached.reason.empty());
+    EXPECT_FALSE(run.solution.flat.empty());
+    std::printf("             %s\n", run.log.back().c_str());
+}
+
+// Without holders all free sides but those in planes of symmetry; the first level is 0.05 of the yield force.
+TEST(AutoStrain, WithoutHoldersTheWholeRimIsRestrainedFromATwentiethOfTheYieldForce)
+{
+    Problem bare = quarterCup({}, 1, Cells::Triangles, 0.0);
+    int const pole = nodeAt(bare, 0.0, 0.0);
+    Run const run = tuned(bare, target(pole, 0.0167));
+    Problem given = bare;
+    restrainRim(given, 0.0); // zero forces tell the edges, no level
+    Run const same = tuned(given, target(pole, 0.0167));
+    EXPECT_TRUE(run.reached.met);
+    EXPECT_EQ(run.reached.targetLevel, same.reached.targetLevel);
+    auto const first = std::find_if(run.log.begin(), run.log.end(),
+                                    [](std::string const & line) { return line.starts_with("auto strain, round 0"); });
+    ASSERT_NE(first, run.log.end());
+    double const guess = 0.05 * 166.4890e6 * 0.78e-3; // the curve's stress at 0.002
+    EXPECT_NEAR(std::stod(first->substr(first->find("level") + 6)), guess, 1e-3 * guess);
+}
+
+TEST(AutoStrain, TheGivenForcesAreTheFirstLevelTimesTheFactor)
+{
+    Problem cup = quarterCup({}, 1, Cells::Triangles, 30.0);
+    cup.holders.push_back(cup.holders.front()); // twice the same edge counts once
+    int const pole = nodeAt(cup, 0.0, 0.0);
+    for (double const factor : {1.0, 1.5})
+    {
+        Run const run = tuned(cup, target(pole, 0.0167, factor));
+        EXPECT_TRUE(run.reached.met);
+        EXPECT_NEAR(run.reached.targetLevel, 100.0e3, 5.0e3);
+        auto const first =
+            std::find_if(run.log.begin(), run.log.end(),
+                         [](std::string const & line) { return line.starts_with("auto strain, round 0"); });
+        ASSERT_NE(first, run.log.end());
+        EXPECT_NEAR(std::stod(first->substr(first->find("level") + 6)), factor * 30.0e3, 1.0);
+    }
+    for (auto & edge : cup.holders)
+        edge.force = 1.0e15; // a lock is no level
+    EXPECT_TRUE(tuned(cup, target(pole, 0.0167)).reached.met);
+    Run const wild = tuned(cup, target(pole, 0.0167, 1.0e6)); // held below what the sheet carries
+    EXPECT_TRUE(wild.reached.met) << wild.solution.message;
+}
+
+TEST(AutoStrain, ASecondSheetTakesTheSameLevel)
+{
+    Problem two = quarterCup({}, 1, Cells::Triangles, 20.0);
+    Problem const one = two;
+    int const shift = static_cast<int>(one.nodes.size()), elements = static_cast<int>(one.elements.size());
+    for (auto p : one.nodes)
+        two.nodes.push_back({p[0] + 0.2, p[1], p[2]});
+    for (auto element : one.elements)
+    {
+        for (int k = 0; k < 3; ++k)
+            element.nodes[at(k)] += shift;
+        two.elements.push_back(element);
+    }
+    for (auto edge : one.holders)
+    {
+        edge.element += elements;
+        two.holders.push_back(edge);
+    }
+    for (auto constraint : one.constraints)
+    {
+        constraint.node += shift;
+        two.constraints.push_back(constraint);
+    }
+    int const pole = nodeAt(two, 200.0, 0.0); // of the second sheet
+    Run const run = tuned(two, target(pole, 0.0167));
+    EXPECT_TRUE(run.reached.met);
+    for (int i = 0; i < shift; ++i)
+        EXPECT_NEAR(run.solution.flat[at(i)][0] + 0.2, run.solution.flat[at(i + shift)][0], 1e-8);
+    Run const across = tuned(two, {{pole, 0.01}, {nodeAt(two, 0.0, 0.0), 0.01}, 1.0});
+    EXPECT_EQ(across.solution.status, Status::Refused);
+    EXPECT_THAT(across.solution.message, HasSubstr("do not hang together"));
+}
+
+TEST(AutoStrain, ANodeOfNoElementAndASheetWithoutAFreeEdgeAreRefused)
+{
+    Problem cup = quarterCup({}, 1, Cells::Triangles, 20.0);
+    cup.nodes.push_back({0.0, 0.0, 0.1});
+    Run const loose = tuned(cup, target(static_cast<int>(cup.nodes.size()) - 1, 0.01));
+    EXPECT_EQ(loose.solution.status, Status::Refused);
+    EXPECT_THAT(loose.solution.message, HasSubstr("belongs to no element with an area"));
+}
+
+// --- The door --------------------------------------------------------------------------------------------------------
+
+using jobtest::Job;
+using jobtest::jobOf;
+
+int evaluate(Job & job, VOZSolverAutoBC_s const & wanted)
+{
+    return VOZUtilitySolving::EvaluateAutoStrain(job.data.get(), &wanted, nullptr, nullptr, nullptr);
+}
+
+void holdRim(Job & job, int k, double force)
+{
+    auto * const edges = new VOZSolverBHF_s[at(6 * k)];
+    for (int i = 0; i < 6 * k; ++i)
+        edges[i] = {job.part->GetNumElements() - 6 * k + i, 0, force, 1, 2};
+    job.bc->SetBHFs(6 * k, edges);
+}
+
+// In the record the nodes stand reference first and the strains target first.
+TEST(EvaluateAutoStrain, TakesNodesAndStrainsInTheOrderOfTheRecord)
+{
+    SurfaceMesh const mesh = cup({}, 1, Extent::Quarter, Cells::Quads);
+    Problem problem = quarterCup({}, 1, Cells::Quads, 40.0);
+    int const one = nodeAt(problem, 20.0, 0.0), other = nodeAt(problem, 0.0, 44.0);
+    Reached reached;
+    Task const task{{one, 0.02}, {other, 0.12}, 1.0};
+    Solution const expected = voz::autostrain::solve(problem, {}, task, {}, reached);
+    ASSERT_EQ(expected.status, Status::Converged);
+
+    Job job = jobOf(mesh);
+    jobtest::quarterSymmetry(job, mesh);
+    holdRim(job, 1, 40.0e3);
+    VOZSolverAutoBC_s wanted;
+    wanted.m_nTargetNode = one;
+    wanted.m_nReferenceNode = other;
+    wanted.m_dTargetStrain = 0.02;
+    wanted.m_dReferenceStrain = 0.12;
+    ASSERT_EQ(evaluate(job, wanted), VOZUtilitySolving::Done);
+    for (std::size_t i = 0; i < mesh.nodes.size(); ++i)
+        for (std::size_t k = 0; k < 2; ++k)
+            EXPECT_NEAR(job.blank->m_padNodalCoords[3 * i + k], expected.flat[i][k], 1e-7);
+}
+
+TEST(EvaluateAutoStrain, FillsTheBlankOnTheBinderWhereTheJobHasOne)
+{
+    SurfaceMesh const mesh = cup({}, 1, Extent::Quarter, Cells::Quads);
+    Job job = jobOf(mesh);
+    jobtest::quarterSymmetry(job, mesh);
+    holdRim(job, 1, 40.0e3);
+    SurfaceMesh const flat{{{0, 0, 20}, {90, 0, 20}, {90, 90, 20}, {0, 90, 20}}, {{0, 1, 2, 3}}};
+    jobtest::giveBinder(job, flat);
+    VOZSolverAutoBC_s wanted;
+    wanted.m_nTargetNode = 0;
+    wanted.m_dTargetStrain = 0.01;
+    ASSERT_EQ(evaluate(job, wanted), VOZUtilitySolving::Done);
+    double const * const q = job.data->m_psBlankOnBinderMesh->m_padNodalCoords;
+    for (std::size_t i = 0; i < mesh.nodes.size(); ++i)
+    {
+        EXPECT_NEAR(q[3 * i], job.blank->m_padNodalCoords[3 * i], 1e-12);
+        EXPECT_NEAR(q[3 * i + 2], 0.020, 1e-12);
+    }
+}
+
+TEST(EvaluateAutoStrain, RefusesNodesAndStrainsThatThePartCannotHave)
+{
+    SurfaceMesh const mesh = cup({}, 1, Extent::Quarter, Cells::Quads);
+    double const nan = std::nan("");
+    struct
+    {
+        char const * message;
+        VOZSolverAutoBC_s wanted;
+    } const all[] = {{"the target node of the wanted strains is 9999; expected 0 to", {-1, 9999, 0.1, 0.1, 0.0}},
+                     {"the reference node of the wanted strains is -2", {-2, 0, 0.1, 0.1, 0.0}},
+                     {"wanted log strain at the target node is nan", {-1, 0, nan, 0.1, 0.0}},
+                     {"wanted log strain at the reference node is inf", {0, -1, 0.1, 1.0 / 0.0, 0.0}},
+                     {"factor of the first guess", {-1, 0, 0.1, 0.1, nan}}};
+    for (auto const & [message, wanted] : all)
+    {
+        Job job = jobOf(mesh);
+        try
+        {
+            evaluate(job, wanted);
+            ADD_FAILURE() << message;
+        }
+        catch (CATError const & error)
+        {
+            EXPECT_THAT(std::string(error.Message()), HasSubstr(message));
+        }
+        EXPECT_EQ(job.result->m_padStrainComponentsMid, nullptr);
+    }
+    Job job = jobOf(mesh);
+    EXPECT_THROW(VOZUtilitySolving::EvaluateAutoStrain(job.data.get(), nullptr, nullptr, nullptr, nullptr), CATError);
+    VOZSolverAutoBC_s unused;
+    unused.m_dTargetStrain = nan; // no node: never looked at
+    EXPECT_EQ(evaluate(job, unused), VOZUtilitySolving::Done);
+}
+
+int callsLeft = 0;
+int countDown(double, void *, void *)
+{
+    return callsLeft-- > 0 ? 0 : 1;
+}
+
+TEST(EvaluateAutoStrain, ANonzeroAnswerEndsTheRunAtEveryCallInTurn)
+{
+    SurfaceMesh const mesh = cup({}, 1, Extent::Quarter, Cells::Quads);
+    int runs = 0;
+    for (;; ++runs)
+    {
+        Job job = jobOf(mesh);
+        jobtest::quarterSymmetry(job, mesh);
+        holdRim(job, 1, 20.0e3);
+        VOZSolverAutoBC_s wanted;
+        wanted.m_nTargetNode = 0;
+        wanted.m_dTargetStrain = 0.0167;
+        callsLeft = runs;
+        int const answer = VOZUtilitySolving::EvaluateAutoStrain(job.data.get(), &wanted, countDown, nullptr, nullptr);
+        if (answer == VOZUtilitySolving::Done)
+            break;
+        EXPECT_EQ(answer, VOZUtilitySolving::Stopped);
+        EXPECT_EQ(callsLeft, -1);
+        EXPECT_EQ(job.result->m_padStrainComponentsMid, nullptr);
+        EXPECT_EQ(job.blank->m_padNodalCoords[3], 0.0);
+    }
+    EXPECT_GT(runs, 25);
+}
+
+} // namespace

@@ -1,0 +1,599 @@
+// BinderTest.cpp: where the blank lies when it has closed on the binder.
+
+#include "binder/Binder.h"
+#include "CATError.h"
+#include "JobFixture.h"
+#include "OneStepMeshes.h"
+#include "VOZMultiStageSolver.h"
+#include "VOZUtilitySolving.h"
+#include "binder/HarmonicFill.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <random>
+#include <sstream>
+
+namespace
+{
+
+using namespace voz::examples;
+using namespace onesteptest;
+using testing::HasSubstr;
+using voz::binder::BinderSurface;
+using voz::binder::Closing;
+using voz::binder::TwoStages;
+using voz::onestep::Solution;
+using voz::onestep::Status;
+
+constexpr double kPi = 3.141592653589793;
+
+BinderSurface surfaceOf(Problem const & problem)
+{
+    return {problem.nodes, problem.elements};
+}
+
+using Place = std::function<Point3(double, double)>; // from x, y in mm
+
+// A grid over the rectangle, mm; cells for which `leave` holds at the middle are left out.
+Problem sheet(Point2 low, Point2 high, int columns, int rows, Cells cells, Place const & place,
+              std::function<bool(double, double)> const & leave = {})
+{
+    Problem problem = gridPart(rows, columns, cells,
+                               [&](double u, double v)
+                               { return place(low[0] + u * (high[0] - low[0]), low[1] + v * (high[1] - low[1])); });
+    if (!leave)
+        return problem;
+    std::vector<voz::onestep::Element> kept;
+    std::size_t const perCell = problem.elements.size() / at(rows * columns);
+    for (std::size_t e = 0; e < problem.elements.size(); ++e)
+    {
+        auto const cell = static_cast<int>(e / perCell);
+        double const u = (cell % columns + 0.5) / columns, v = (cell / columns + 0.5) / rows;
+        if (!leave(low[0] + u * (high[0] - low[0]), low[1] + v * (high[1] - low[1])))
+            kept.push_back(problem.elements[e]);
+    }
+    // nodes of no element stay: they are nobody's
+    problem.elements = kept;
+    return problem;
+}
+
+Point3 level(double x, double y)
+{
+    return {x, y, 0.0};
+}
+
+Problem plate(double halfX, double halfY, int columns, int rows, Cells cells)
+{
+    return sheet({-halfX, -halfY}, {halfX, halfY}, columns, rows, cells, level);
+}
+
+TwoStages closed(Problem const & part, Problem const & binder)
+{
+    TwoStages stages = voz::binder::solveWithBinder(part, surfaceOf(binder), {}, {});
+    EXPECT_EQ(stages.binder.status, Status::Converged) << stages.binder.message;
+    EXPECT_EQ(stages.part.status, Status::Converged) << stages.part.message;
+    EXPECT_EQ(stages.closing.position.size(), part.nodes.size());
+    return stages;
+}
+
+double greatestStrain(Solution const & solution)
+{
+    double greatest = 0.0;
+    for (double const h : solution.strains.mid)
+        greatest = std::max(greatest, std::abs(h));
+    return greatest;
+}
+
+// --- Stage one -------------------------------------------------------------------------------------------------------
+
+TEST(Binder, DevelopableBindersAreLaidFlatWithoutStrain)
+{
+    Problem const part = plate(10.0, 10.0, 2, 2, Cells::Quads);
+    for (Cells const cells : {Cells::Triangles, Cells::Quads})
+        for (SurfaceMesh const & mesh :
+             {cylinder(200.0, 0.4, 16, 150.0, 10, cells), cone(0.6, 60.0, 160.0, 0.8, 20, 8, cells)})
+        {
+            TwoStages const stages = closed(part, problemOf(mesh));
+            EXPECT_LT(greatestStrain(stages.binder), 1.0e-12);
+        }
+}
+
+// --- Closing ---------------------------------------------------------------------------------------------------------
+
+// Inside, beyond the rim and over the opening alike: q = (X, z0).
+TEST(Binder, OnAFlatBinderEveryNodeLiesAtItsHeight)
+{
+    for (Cells const partCells : {Cells::Triangles, Cells::Quads})
+        for (Cells const binderCells : {Cells::Triangles, Cells::Quads})
+        {
+            Problem const part = problemOf(cup({}, 1, Extent::Whole, partCells));
+            auto const place = [](double x, double y) { return Point3{x, y, 12.5}; };
+            auto const hole = [](double x, double y) { return std::abs(x) < 30.0 && std::abs(y) < 30.0; };
+            Problem const binder = sheet({-60.0, -70.0}, {60.0, 70.0}, 12, 14, binderCells, place, hole);
+            TwoStages const stages = closed(part, binder);
+            for (std::size_t i = 0; i < part.nodes.size(); ++i)
+            {
+                EXPECT_NEAR(stages.closing.position[i][0], stages.part.flat[i][0], 1e-14);
+                EXPECT_NEAR(stages.closing.position[i][1], stages.part.flat[i][1], 1e-14);
+                EXPECT_NEAR(stages.closing.position[i][2], 0.0125, 1e-14);
+            }
+            EXPECT_GT(stages.closing.onBinder, 20);
+            EXPECT_GT(stages.closing.beyondRim, 5);
+            EXPECT_GT(stages.closing.overOpening, 20);
+            EXPECT_EQ(stages.closing.overlapped, 0);
+            EXPECT_EQ(stages.closing.onBinder + stages.closing.beyondRim + stages.closing.overOpening,
+                      static_cast<int>(part.nodes.size()));
+        }
+}
+
+// q = (R sin(X/R), Y, R cos(X/R)) but for the facets: chords of length h for arcs, and their sagitta h^2/(8 R).
+TEST(Binder, OnACylinderTheBlankWindsAroundIt)
+{
+    constexpr double radius = 200.0, halfAngle = 0.4;
+    constexpr int strips = 32;
+    double const h = 2.0 * radius * halfAngle / strips;
+    Problem const part = sheet({-60.0, 30.0}, {60.0, 110.0}, 13, 9, Cells::Triangles, level);
+    for (Cells const cells : {Cells::Triangles, Cells::Quads})
+    {
+        TwoStages const stages = closed(part, problemOf(cylinder(radius, halfAngle, strips, 150.0, 10, cells)));
+        EXPECT_EQ(stages.closing.onBinder, static_cast<int>(part.nodes.size()));
+        for (std::size_t i = 0; i < part.nodes.size(); ++i)
+        {
+            double const x = 1000.0 * stages.part.flat[i][0], y = 1000.0 * stages.part.flat[i][1];
+            auto const & q = stages.closing.position[i];
+            double const slack = std::abs(x) * h * h / (24.0 * radius * radius) + h * h / (8.0 * radius) + 1e-9;
+            EXPECT_NEAR(1000.0 * q[0], radius * std::sin(x / radius), slack);
+            EXPECT_NEAR(1000.0 * q[1], y, 1e-9);
+            EXPECT_NEAR(1000.0 * q[2], radius * std::cos(x / radius), slack);
+            // exactly: on the chord of its facet
+            double const chord = 2.0 * radius * std::sin(halfAngle / strips);
+            double const facet = std::floor(x / chord), along = x / chord - facet;
+            double const a = 2.0 * halfAngle / strips * facet, b = a + 2.0 * halfAngle / strips;
+            EXPECT_NEAR(1000.0 * q[0], radius * ((1.0 - along) * std::sin(a) + along * std::sin(b)), 1e-9);
+            EXPECT_NEAR(1000.0 * q[2], radius * ((1.0 - along) * std::cos(a) + along * std::cos(b)), 1e-9);
+        }
+    }
+}
+
+// An inclined plane goes on as a plane, over its rim and over its hole.
+TEST(Binder, AnInclinedBinderGoesOnStraightAndFillsItsHoleStraight)
+{
+    constexpr double slope = 0.3;
+    double const stretch = std::sqrt(1.0 + slope * slope);
+    for (Cells const cells : {Cells::Triangles, Cells::Quads})
+    {
+        Problem const part = plate(70.0, 50.0, 14, 10, Cells::Triangles);
+        auto const place = [=](double x, double y) { return Point3{x, y, slope * x}; };
+        auto const hole = [](double x, double y) { return std::abs(x) < 16.0 && std::abs(y) < 16.0; };
+        Problem const binder = sheet({-48.0, -32.0}, {48.0, 32.0}, 12, 8, cells, place, hole);
+        TwoStages const stages = closed(part, binder);
+        EXPECT_GT(stages.closing.overOpening, 4);
+        EXPECT_GT(stages.closing.beyondRim, 20);
+        for (std::size_t i = 0; i < part.nodes.size(); ++i)
+        {
+            double const x = stages.part.flat[i][0] / stretch;
+            EXPECT_NEAR(stages.closing.position[i][0], x, 1e-12);
+            EXPECT_NEAR(stages.closing.position[i][1], stages.part.flat[i][1], 1e-12);
+            EXPECT_NEAR(stages.closing.position[i][2], slope * x, 1e-12);
+        }
+    }
+}
+
+// A quarter is laid flat with its planes of symmetry where they are: half the cylinder is the cylinder.
+TEST(Binder, ABinderCutByAPlaneOfSymmetryStaysOnIt)
+{
+    SurfaceMesh const part = cup({}, 1, Extent::Half, Cells::Quads), whole = cup({}, 1, Extent::Whole, Cells::Quads);
+    Problem half = problemOf(part);
+    for (std::size_t i = 0; i < half.nodes.size(); ++i)
+        if (half.nodes[i][0] == 0.0)
+            half.constraints.push_back({static_cast<int>(i), 0.0, 0.0});
+    constexpr double radius = 150.0;
+    auto const place = [](double x, double y) {
+        return Point3{radius * std::sin(x / radius), y, radius * std::cos(x / radius)};
+    };
+    // the opening reaches the plane: on the half it lies on the outer rim
+    auto const hole = [](double x, double y) { return std::abs(x) < 30.0 && std::abs(y) < 40.0; };
+    Problem const halfBinder = sheet({0.0, -80.0}, {80.0, 80.0}, 8, 16, Cells::Quads, place, hole);
+    Problem const wholeBinder = sheet({-80.0, -80.0}, {80.0, 80.0}, 16, 16, Cells::Quads, place, hole);
+    TwoStages const cut = closed(half, halfBinder), full = closed(problemOf(whole), wholeBinder);
+    EXPECT_EQ(cut.closing.beyondRim, 0);
+    EXPECT_GT(cut.closing.overOpening, 30);
+    int compared = 0;
+    for (std::size_t i = 0; i < part.nodes.size(); ++i)
+    {
+        if (part.nodes[i][0] == 0.0)
+        {
+            EXPECT_NEAR(cut.closing.position[i][0], 0.0, 1e-12);
+        }
+        for (std::size_t k = 0; k < whole.nodes.size(); ++k)
+            if (std::hypot(part.nodes[i][0] - whole.nodes[k][0], part.nodes[i][1] - whole.nodes[k][1],
+                           part.nodes[i][2] - whole.nodes[k][2]) < 1e-9)
+            {
+                ++compared;
+                for (std::size_t axis = 0; axis < 3; ++axis)
+                    EXPECT_NEAR(cut.closing.position[i][axis], full.closing.position[k][axis], 1e-8);
+            }
+    }
+    EXPECT_EQ(compared, static_cast<int>(part.nodes.size()));
+}
+
+// Two sheets over each other: from what is single the blank stays on its sheet.
+TEST(Binder, WhereTheBinderLiesOverItselfTheBlankKeepsToItsNeighboursHeight)
+{
+    Problem const part = plate(45.0, 20.0, 18, 8, Cells::Triangles);
+    auto const lower = [](double x, double y) { return Point3{x, y, 0.0}; };
+    auto const upper = [](double x, double y) { return Point3{x, y, 10.0}; };
+    Problem binder = sheet({-50.0, -30.0}, {50.0, 30.0}, 10, 6, Cells::Quads, lower);
+    Problem const over = sheet({-20.0, -10.0}, {20.0, 10.0}, 4, 2, Cells::Triangles, upper);
+    int const shift = static_cast<int>(binder.nodes.size());
+    binder.nodes.insert(binder.nodes.end(), over.nodes.begin(), over.nodes.end());
+    for (auto element : over.elements)
+    {
+        for (int & node : element.nodes)
+            node += node < 0 ? 0 : shift;
+        binder.elements.push_back(element);
+    }
+    TwoStages const stages = closed(part, binder);
+    EXPECT_GT(stages.closing.overlapped, 10);
+    for (std::size_t i = 0; i < part.nodes.size(); ++i)
+        EXPECT_NEAR(stages.closing.position[i][2], 0.0, 1e-12); // the lower one surrounds the upper one
+}
+
+TEST(Binder, TheSeamOfTwoSheetsThatOverlapIsCrossedOnce)
+{
+    Problem const part = plate(45.0, 20.0, 30, 6, Cells::Quads);
+    Problem binder = sheet({-50.0, -30.0}, {10.0, 30.0}, 6, 6, Cells::Quads,
+                           [](double x, double y) {
+                               return Point3{x, y, 0.0};
+                           });
+    Problem const right = sheet({-10.0, -30.0}, {50.0, 30.0}, 6, 6, Cells::Quads,
+                                [](double x, double y) {
+                                    return Point3{x, y, 5.0};
+                                });
+    int const shift = static_cast<int>(binder.nodes.size());
+    binder.nodes.insert(binder.nodes.end(), right.nodes.begin(), right.nodes.end());
+    for (auto element : right.elements)
+    {
+        for (int & node : element.nodes)
+            node += shift;
+        binder.elements.push_back(element);
+    }
+    TwoStages const stages = closed(part, binder);
+    EXPECT_GT(stages.closing.overlapped, 20);
+    for (int row = 0; row <= 6; ++row)
+    {
+        bool crossed = false;
+        for (int column = 0; column <= 30; ++column)
+        {
+            std::size_t const i = at(row * 31 + column);
+            bool const high = stages.closing.position[i][2] > 0.0025;
+            EXPECT_NEAR(stages.closing.position[i][2], high ? 0.005 : 0.0, 1e-12);
+            EXPECT_TRUE(high || !crossed);
+            crossed = crossed || high;
+            if (part.nodes[i][0] < -0.0101)
+            {
+                EXPECT_FALSE(high);
+            }
+            if (part.nodes[i][0] > 0.0101)
+            {
+                EXPECT_TRUE(high);
+            }
+        }
+    }
+}
+
+TEST(Binder, ABlankThatMissesTheBinderGoesOnFromTheNearestRim)
+{
+    Problem const part = plate(10.0, 10.0, 4, 4, Cells::Quads);
+    Problem const binder = sheet({100.0, 100.0}, {120.0, 120.0}, 2, 2, Cells::Triangles,
+                                 [](double x, double y) {
+                                     return Point3{x, y, 3.0};
+                                 });
+    TwoStages const stages = closed(part, binder);
+    EXPECT_EQ(stages.closing.beyondRim, 25);
+    for (std::size_t i = 0; i < part.nodes.size(); ++i)
+        EXPECT_NEAR(stages.closing.position[i][2], 0.003, 1e-13);
+}
+
+// The image against a search through all elements, on a mesh of crooked quadrilaterals and triangles.
+TEST(FlatImage, FindsWhatASearchThroughAllElementsFinds)
+{
+    std::mt19937 random(7);
+    std::uniform_real_distribution<double> shake(-3.0, 3.0), anywhere(-0.06, 0.06);
+    auto const place = [&](double x, double y) {
+        return Point3{x + shake(random), y + shake(random), 0.1 * x - 0.2 * y};
+    };
+    for (Cells const cells : {Cells::Triangles, Cells::Quads})
+    {
+        Problem const binder = sheet({-50.0, -50.0}, {50.0, 50.0}, 10, 10, cells, place);
+        Solution solution;
+        for (auto const & p : binder.nodes)
+            solution.flat.push_back({p[0], p[1]}); // its own projection serves as image
+        voz::binder::FlatImage const image = voz::binder::imageOf(binder, solution);
+        int hits = 0;
+        for (int k = 0; k < 2000; ++k)
+        {
+            double const x = anywhere(random), y = anywhere(random);
+            bool inside = false;
+            for (auto const & element : binder.elements)
+            {
+                std::size_t const corners = element.nodes[3] < 0 ? 3 : 4;
+                bool left = true;
+                for (std::size_t c = 0; c < corners; ++c)
+                {
+                    auto const & a = binder.nodes[at(element.nodes[c])];
+                    auto const & b = binder.nodes[at(element.nodes[(c + 1) % corners])];
+                    left = left && (b[0] - a[0]) * (y - a[1]) - (b[1] - a[1]) * (x - a[0]) >= 0.0;
+                }
+                inside = inside || left;
+            }
+            auto const found = image.find({x, y});
+            EXPECT_EQ(found.size(), inside ? 1U : 0U) << x << " " << y;
+            if (found.size() != 1)
+                continue;
+            ++hits;
+            EXPECT_NEAR(found[0].x, x, 1e-13);
+            EXPECT_NEAR(found[0].y, y, 1e-13);
+            EXPECT_FALSE(image.overOpening({x, y}));
+        }
+        EXPECT_GT(hits, 1000);
+    }
+}
+
+// A smooth field in the hole never leaves the range of what surrounds it, on a bad mesh either.
+TEST(HarmonicFill, NeverOvershootsAndLeavesAloneWhatHasNothingAround)
+{
+    std::mt19937 random(11);
+    std::uniform_real_distribution<double> shake(-0.45, 0.45);
+    std::vector<voz::geometry::Cell> cells;
+    std::vector<voz::geometry::Vec2> flat;
+    for (int r = 0; r <= 8; ++r)
+        for (int c = 0; c <= 8; ++c)
+            flat.push_back({c + shake(random), r + shake(random)});
+    for (int r = 0; r < 8; ++r)
+        for (int c = 0; c < 8; ++c)
+        {
+            int const a = 9 * r + c;
+            cells.push_back({{a, a + 1, a + 10, a + 9}, 4, 1.0});
+        }
+    flat.push_back({50.0, 50.0}); // in no cell
+    std::vector<voz::geometry::Vec3> value(flat.size(), {7.0, 7.0, 7.0});
+    std::vector<bool> known(flat.size(), false);
+    for (int r = 0; r <= 8; ++r)
+        for (int c = 0; c <= 8; ++c)
+            if (r == 0 || c == 0 || r == 8 || c == 8)
+            {
+                known[at(9 * r + c)] = true;
+                value[at(9 * r + c)] = {shake(random), 1.0 * c, 0.25};
+            }
+    ASSERT_TRUE(voz::binder::fillHarmonically(cells, flat, value, known));
+    for (std::size_t i = 0; i + 1 < flat.size(); ++i)
+    {
+        EXPECT_TRUE(known[i]);
+        EXPECT_LE(std::abs(value[i].x), 0.45);
+        EXPECT_GE(value[i].y, 0.0);
+        EXPECT_LE(value[i].y, 8.0);
+        EXPECT_NEAR(value[i].z, 0.25, 1e-13);
+    }
+    EXPECT_FALSE(known.back());
+    EXPECT_EQ(value.back().x, 7.0);
+}
+
+// --- The run ---------------------------------------------------------------------------------------------------------
+
+TEST(Binder, ThePartsStrainsAreThoseWithoutABinder)
+{
+    Problem const part = quarterCup({}, 2, Cells::Triangles, 20.0);
+    Solution const alone = voz::onestep::Solve(part, {}, {});
+    TwoStages const stages = closed(part, problemOf(cylinder(300.0, 0.4, 12, 200.0, 8, Cells::Quads)));
+    EXPECT_EQ(stages.part.strains.mid, alone.strains.mid);
+    EXPECT_EQ(stages.part.strains.top, alone.strains.top);
+    EXPECT_EQ(stages.part.flat, alone.flat);
+    EXPECT_EQ(stages.part.punchForce, alone.punchForce);
+}
+
+TEST(Binder, StageOneTakesThirtyPercentAndProgressNeverFalls)
+{
+    Problem const part = quarterCup({}, 1, Cells::Quads, 20.0);
+    Problem const binder = problemOf(dome(300.0, 0.4, 2, Extent::Whole, Cells::Triangles));
+    std::vector<double> told;
+    std::vector<std::string> lines;
+    std::size_t toldBeforeTwo = 0;
+    voz::onestep::Progress progress;
+    progress.report = [&](double percent)
+    {
+        told.push_back(percent);
+        return 0;
+    };
+    progress.log = [&](std::string const & line)
+    {
+        lines.push_back(line);
+        if (line == "stage 2: the part")
+            toldBeforeTwo = told.size();
+    };
+    voz::binder::solveWithBinder(part, surfaceOf(binder), {}, progress);
+    ASSERT_GT(toldBeforeTwo, 3U);
+    EXPECT_TRUE(std::is_sorted(told.begin(), told.end()));
+    EXPECT_DOUBLE_EQ(told[toldBeforeTwo - 1], 30.0);
+    EXPECT_DOUBLE_EQ(told.back(), 100.0);
+    EXPECT_EQ(lines.front(), "stage 1: the binder is laid flat");
+    EXPECT_THAT(lines.back(), HasSubstr("blank on the binder: "));
+}
+
+TEST(Binder, ABinderThatCannotBeLaidFlatIsNamed)
+{
+    Problem const part = plate(10.0, 10.0, 2, 2, Cells::Quads);
+    SurfaceMesh const tetrahedron{{{0, 0, 0}, {10, 0, 0}, {0, 10, 0}, {0, 0, 10}},
+                                  {{0, 2, 1, -1}, {0, 1, 3, -1}, {1, 2, 3, -1}, {2, 0, 3, -1}}};
+    TwoStages const stages = voz::binder::solveWithBinder(part, surfaceOf(problemOf(tetrahedron)), {}, {});
+    EXPECT_EQ(stages.part.status, Status::Refused);
+    EXPECT_THAT(stages.part.message, testing::StartsWith("binder: "));
+    EXPECT_TRUE(stages.closing.position.empty());
+    BinderSurface wrong = surfaceOf(part);
+    wrong.elements[0].nodes[1] = 99;
+    EXPECT_THAT(voz::binder::solveWithBinder(part, wrong, {}, {}).part.message,
+                testing::StartsWith("binder: element 0"));
+}
+
+// --- The door --------------------------------------------------------------------------------------------------------
+
+using jobtest::giveBinder;
+using jobtest::Job;
+using jobtest::jobOf;
+
+int stopAfter = 0; // asks
+int stopsAsked = 0;
+int stopNow()
+{
+    return ++stopsAsked > stopAfter ? 1 : 0;
+}
+
+int run(Job & job, std::FILE * log = nullptr, VOZStopFunction stop = nullptr, VOZProgressCallback callback = nullptr)
+{
+    return VOZUtilitySolving::TwoStagesWithBinder(1.0, log, nullptr, nullptr, stop, callback, nullptr, nullptr,
+                                                  job.data.get());
+}
+
+double const * onBinder(Job const & job, std::size_t node)
+{
+    return job.data->m_psBlankOnBinderMesh->m_padNodalCoords + 3 * node;
+}
+
+TEST(TwoStagesWithBinder, WritesTheBlankOnTheBinderInTheGlobalFrame)
+{
+    SurfaceMesh mesh = cup({}, 1, Extent::Whole, Cells::Triangles);
+    SurfaceMesh binder = cylinder(300.0, 0.4, 12, 200.0, 8, Cells::Quads);
+    Job straight = jobOf(mesh);
+    giveBinder(straight, binder);
+    ASSERT_EQ(run(straight), VOZUtilitySolving::Done);
+    for (SurfaceMesh * const moved : {&mesh, &binder})
+        for (Point3 & p : moved->nodes)
+            p = {p[2] + 500.0, p[0] - 200.0, p[1] + 70.0};
+    Job turned = jobOf(mesh);
+    giveBinder(turned, binder);
+    double const rows[9] = {0, 1, 0, 0, 0, 1, 1, 0, 0};
+    double const origin[3] = {0.5, -0.2, 0.07};
+    turned.stage->SetLocalCS(rows, origin);
+    ASSERT_EQ(run(turned), VOZUtilitySolving::Done);
+    for (std::size_t i = 0; i < mesh.nodes.size(); ++i)
+    {
+        double const * const q = onBinder(straight, i);
+        double const * const p = onBinder(turned, i);
+        EXPECT_NEAR(p[0] - 0.5, q[2], 1e-9);
+        EXPECT_NEAR(p[1] + 0.2, q[0], 1e-9);
+        EXPECT_NEAR(p[2] - 0.07, q[1], 1e-9);
+    }
+    // triangles beside a binder of quadrilaterals: a stride of four
+    for (std::size_t e = 0; e < mesh.elements.size(); ++e)
+        for (std::size_t k = 0; k < 3; ++k)
+            EXPECT_EQ(straight.result->m_padStrainComponentsTop[12 * e + 9 + k],
+                      straight.result->m_padStrainComponentsTop[12 * e + k]);
+}
+
+void expectNoTrace(Job const & job)
+{
+    EXPECT_EQ(job.result->m_padStrainComponentsMid, nullptr);
+    EXPECT_EQ(job.result->m_dPunchForce, 0.0);
+    for (int i = 0; i < 3 * job.part->GetNumNodes(); ++i)
+    {
+        EXPECT_EQ(job.blank->m_padNodalCoords[i], 0.0);
+        EXPECT_EQ(job.data->m_psBlankOnBinderMesh->m_padNodalCoords[i], jobtest::kUntouched);
+    }
+}
+
+TEST(TwoStagesWithBinder, TheStopFunctionEndsEitherStageAtEveryAsk)
+{
+    SurfaceMesh const mesh = cup({}, 1, Extent::Whole, Cells::Quads);
+    SurfaceMesh const binder = dome(300.0, 0.4, 1, Extent::Whole, Cells::Triangles);
+    int runs = 0;
+    for (stopAfter = 0;; ++stopAfter, ++runs)
+    {
+        stopsAsked = 0;
+        Job job = jobOf(mesh);
+        giveBinder(job, binder);
+        int const answer = run(job, nullptr, stopNow);
+        if (answer == VOZUtilitySolving::Done)
+            break;
+        EXPECT_EQ(answer, VOZUtilitySolving::Stopped);
+        EXPECT_EQ(stopsAsked, stopAfter + 1); // not asked again
+        expectNoTrace(job);
+    }
+    EXPECT_GT(runs, 12);
+}
+
+int callsLeft = 0;
+int answerNonzero(double, void *, void *)
+{
+    return callsLeft-- > 0 ? 0 : 7;
+}
+
+TEST(TwoStagesWithBinder, ANonzeroAnswerOfTheCallbackEndsTheRun)
+{
+    SurfaceMesh const mesh = cup({}, 1, Extent::Whole, Cells::Quads);
+    for (int calls : {0, 5, 15})
+    {
+        callsLeft = calls;
+        Job job = jobOf(mesh);
+        giveBinder(job, dome(300.0, 0.4, 1, Extent::Whole, Cells::Triangles));
+        EXPECT_EQ(run(job, nullptr, nullptr, answerNonzero), VOZUtilitySolving::Stopped);
+        expectNoTrace(job);
+    }
+}
+
+TEST(TwoStagesWithBinder, LogsIntoTheGivenFileAndLeavesItOpen)
+{
+    std::FILE * const log = std::tmpfile();
+    ASSERT_NE(log, nullptr);
+    std::fputs("banner\n", log);
+    Job job = jobOf(cup({}, 1, Extent::Whole, Cells::Quads));
+    giveBinder(job, dome(300.0, 0.4, 1, Extent::Whole, Cells::Triangles));
+    EXPECT_EQ(run(job, log), VOZUtilitySolving::Done);
+    std::fputs("after\n", log);
+    std::rewind(log);
+    std::string text;
+    for (int letter; (letter = std::fgetc(log)) != EOF;)
+        text.push_back(static_cast<char>(letter));
+    std::fclose(log);
+    EXPECT_THAT(text, testing::StartsWith("banner\nstage 1: "));
+    EXPECT_THAT(text, HasSubstr("\nstage 2: the part\n"));
+    EXPECT_THAT(text, HasSubstr("\nblank on the binder: "));
+    EXPECT_THAT(text, testing::EndsWith("converged\nafter\n"));
+}
+
+TEST(TwoStagesWithBinder, RefusesAJobWithoutABinderOrAPlaceForTheBlankOnIt)
+{
+    auto const messageOf = [](Job & job)
+    {
+        try
+        {
+            run(job);
+        }
+        catch (CATError const & error)
+        {
+            return std::string(error.Message());
+        }
+        return std::string("solved");
+    };
+    SurfaceMesh const mesh = cylinder(20.0, 0.6, 6, 30.0, 4, Cells::Triangles);
+    Job job = jobOf(mesh);
+    EXPECT_THAT(messageOf(job), HasSubstr("the job has no binder mesh"));
+    job.data->SetBinderMeshData(jobtest::partOf(mesh), nullptr);
+    EXPECT_THAT(messageOf(job), HasSubstr("no mesh for the blank on the binder; expected one with coordinates for 35"));
+    giveBinder(job, mesh);
+    job.data->m_psBinderMesh->m_padNodalCoords[7] = std::nan("");
+    EXPECT_THAT(messageOf(job), HasSubstr("of node 2 of the binder is nan"));
+    expectNoTrace(job);
+    giveBinder(job, mesh);
+    job.data->m_psBinderMesh->GetElements()[4].m_anNodeIndices[2] = 35;
+    EXPECT_THAT(messageOf(job), HasSubstr("element 4 of the binder names node 35; expected 0 to 34"));
+    giveBinder(job, mesh);
+    job.data->m_psBinderMesh->m_psTopology->m_nNumElements = -7;
+    EXPECT_THAT(messageOf(job), HasSubstr("the binder mesh has 35 nodes and -7 elements"));
+    giveBinder(job, mesh);
+    job.data->m_psBinderMesh->GetElements()[4].m_nMaterialIndex = 99;
+    EXPECT_THAT(messageOf(job), HasSubstr("element 4 of the binder names material 99; expected 0 to 0"));
+}
+
+} // namespace

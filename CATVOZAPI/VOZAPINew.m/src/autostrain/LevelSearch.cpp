@@ -14,6 +14,7 @@ namespace
 constexpr double kTolerance = 1.0e-4; // of a log strain
 constexpr int kRounds = 20;
 constexpr double kLeastChange = 1.0e-6; // of a level: a smaller step leads nowhere
+constexpr double kNothing = 1.0e-9;     // of the scale: a level below it is rounding
 constexpr double kSingular = 1.0e-10;   // of the squared slopes: a determinant below it has no answer
 
 std::size_t at(int i)
@@ -39,6 +40,11 @@ double LevelSearch::size(Sample const & i_sample) const
     if (m_count == 2)
         greatest = std::max(greatest, std::abs(error(i_sample, 1)));
     return greatest;
+}
+
+double LevelSearch::merit(Sample const & i_sample) const
+{
+    return m_count == 1 ? size(i_sample) : std::hypot(error(i_sample, 0), error(i_sample, 1));
 }
 
 bool LevelSearch::end(std::string i_reason)
@@ -70,7 +76,7 @@ double LevelSearch::bounded(double i_from, double i_to) const
 
 bool LevelSearch::accept(Sample const & i_sample)
 {
-    bool const better = !m_any || size(i_sample) < size(m_best);
+    bool const better = !m_any || merit(i_sample) < merit(m_best);
     if (better)
         m_best = i_sample;
     m_any = true;
@@ -128,27 +134,33 @@ bool LevelSearch::stepTwo(Sample const & i_sample)
     double const determinant = k[0][0] * k[1][1] - k[0][1] * k[1][0];
     double const squares = k[0][0] * k[0][0] + k[0][1] * k[0][1] + k[1][0] * k[1][0] + k[1][1] * k[1][1];
     bool const steers = i_sample.hasSlope && std::isfinite(squares) && squares > 0.0;
-    if (!steers)
-        for (int i = 0; i < 2; ++i)
-            next[at(i)] = bounded(s[at(i)], e[at(i)] < 0.0 ? 2.0 * s[at(i)] + m_scale : 0.5 * s[at(i)]);
-    else
-    {
-        bool const regular = std::abs(determinant) > kSingular * squares;
-        Pair step{};
-        if (regular)
-            step = {-(k[1][1] * e[0] - k[0][1] * e[1]) / determinant, -(k[0][0] * e[1] - k[1][0] * e[0]) / determinant};
-        for (int i = 0; i < 2; ++i) // the other level alone, in the least squares
+    Pair step{};
+    for (int i = 0; i < 2; ++i)
+        step[at(i)] = e[at(i)] < 0.0 ? s[at(i)] + m_scale : -0.5 * s[at(i)]; // where nothing better is known
+    if (steers && std::abs(determinant) > kSingular * squares)
+        step = {-(k[1][1] * e[0] - k[0][1] * e[1]) / determinant, -(k[0][0] * e[1] - k[1][0] * e[0]) / determinant};
+    for (std::size_t i = 0; i < 2; ++i)
+        if (s[i] == 0.0 && step[i] < 0.0) // stays; the other one alone, in the least squares
         {
-            bool const stuck = s[at(i)] == 0.0 && step[at(i)] < 0.0;
-            if (regular && !stuck)
-                continue;
-            std::size_t const j = at(1 - i);
+            std::size_t const j = 1 - i;
             double const own = k[0][j] * k[0][j] + k[1][j] * k[1][j];
-            step[at(i)] = regular ? 0.0 : step[at(i)];
-            step[j] = own > 0.0 ? -(k[0][j] * e[0] + k[1][j] * e[1]) / (regular ? own : 2.0 * own) : 0.0;
+            step[i] = 0.0;
+            step[j] = steers && own > 0.0 ? -(k[0][j] * e[0] + k[1][j] * e[1]) / own : 0.0;
         }
-        for (int i = 0; i < 2; ++i)
-            next[at(i)] = bounded(s[at(i)], s[at(i)] + step[at(i)]);
+    // one factor for both, or the step would turn away from where it leads
+    double factor = 1.0;
+    for (std::size_t i = 0; i < 2; ++i)
+    {
+        if (step[i] > 0.0)
+            factor = std::min(factor, (s[i] > 0.0 ? s[i] : m_scale) / step[i]);
+        else if (step[i] < 0.0)
+            factor = std::min(factor, (s[i] + step[i] < 0.0 ? 1.0 : 0.5) * s[i] / -step[i]);
+    }
+    for (std::size_t i = 0; i < 2; ++i)
+    {
+        next[i] = s[i] + factor * step[i];
+        if (next[i] < kNothing * m_scale)
+            next[i] = 0.0;
     }
     return tryLevel(next);
 }

@@ -1,9 +1,9 @@
 // LevelSearch.h: the levels of restraint at which one or two strains come to given values.
 //
-// Newton's method with the slopes that the caller measures. A step changes a level by at most a factor of two and never
-// goes below zero. A single strain grows with its level: what was too little and what was too much close in on the
-// answer, and a step that leaves them halves the gap. Two strains: a level that would fall below zero stays there while
-// the other one does what it can; a step that makes things worse is halved. Knows no mesh.
+// Newton's method with the slopes that the caller measures. A step at most doubles a level and halves it, or goes to
+// zero where it would fall below. A single strain grows with its level: what was too little and what was too much close
+// in on the answer, and a step that leaves them halves the gap. Two strains: a level that would fall below zero stays
+// there while the other one does what it can; a step that makes things worse is halved. Knows no mesh.
 
 #ifndef LEVELSEARCH_H
 #define LEVELSEARCH_H
@@ -44,7 +44,8 @@ public:
 
 private:
     double error(Sample const & i_sample, int i) const;
-    double size(Sample const & i_sample) const;
+    double size(Sample const & i_sample) const;  // of the greater error
+    double merit(Sample const & i_sample) const; // by which samples are compared
     bool end(std::string i_reason);
     bool tryLevel(Pair const & i_level);
     bool stepOne(Sample const & i_sample);

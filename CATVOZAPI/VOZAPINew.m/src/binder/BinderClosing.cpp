@@ -19,6 +19,8 @@ using geometry::Vec3;
 namespace
 {
 
+constexpr double kSameDirection = 1.0e-6; // sine of the angle between two directions
+
 std::size_t at(int i)
 {
     return static_cast<std::size_t>(i);
@@ -56,6 +58,8 @@ public:
                     cell.node[at(k)] = piece.nodeOf[at(cell.node[at(k)])];
                 m_cells.push_back(cell);
             }
+            for (geometry::SymmetryNode const & held : piece.symmetry)
+                m_symmetry.push_back({piece.nodeOf[at(held.node)], held.direction});
             for (geometry::Side const & side : piece.rimSides)
                 m_onRim[at(piece.nodeOf[at(side.a)])] = m_onRim[at(piece.nodeOf[at(side.b)])] = true;
         }
@@ -180,19 +184,41 @@ private:
         ++m_closing.beyondRim;
     }
 
-    // Not the place is filled but the way from the flat: over a flat binder nothing moves sideways.
+    // Not the place is filled but the way from the flat: over a flat binder nothing moves sideways. Nodes of a plane of
+    // symmetry stay on it: along its normal their way is none, which is as if the other half were there. Planes that
+    // stand neither along nor across the first one are left out of this.
     void fillOpenings()
     {
-        std::vector<Vec3> way;
+        Vec2 const first = m_symmetry.empty() ? Vec2{1.0, 0.0} : m_symmetry.front().direction;
+        Vec2 const axis[2] = {first, turnedLeft(first)};
+        std::array<std::vector<double>, 3> way;
         for (std::size_t i = 0; i < m_flat.size(); ++i)
-            way.push_back(m_place[i] - lifted(m_flat[i]));
+        {
+            Vec3 const q = m_place[i] - lifted(m_flat[i]);
+            way[0].push_back(dot(horizontal(q), axis[0]));
+            way[1].push_back(dot(horizontal(q), axis[1]));
+            way[2].push_back(q.z);
+        }
         std::vector<bool> filled = m_known;
-        if (!fillHarmonically(m_cells, m_flat, way, filled))
+        if (!fillHarmonically(m_cells, m_flat, way[2], filled))
             return;
+        for (std::size_t k = 0; k < 2; ++k)
+        {
+            std::vector<bool> given = m_known;
+            for (geometry::SymmetryNode const & held : m_symmetry)
+                if (!m_known[at(held.node)] && std::abs(cross(held.direction, axis[k])) < kSameDirection)
+                {
+                    given[at(held.node)] = true;
+                    way[k][at(held.node)] = 0.0;
+                }
+            if (!fillHarmonically(m_cells, m_flat, way[k], given))
+                return;
+        }
         for (std::size_t i = 0; i < m_flat.size(); ++i)
             if (filled[i] && !m_known[i])
             {
-                know(i, lifted(m_flat[i]) + way[i]);
+                Vec2 const sideways = way[0][i] * axis[0] + way[1][i] * axis[1];
+                know(i, lifted(m_flat[i] + sideways) + Vec3{0.0, 0.0, way[2][i]});
                 ++m_closing.overOpening;
             }
     }
@@ -201,8 +227,9 @@ private:
     std::vector<Vec2> m_flat;
     std::vector<Vec3> m_place;
     std::vector<bool> m_known;
-    std::vector<bool> m_onRim; // of the blank, where it is no plane of symmetry
-    std::vector<Cell> m_cells; // in the numbers of the part
+    std::vector<bool> m_onRim;                      // of the blank, where it is no plane of symmetry
+    std::vector<geometry::SymmetryNode> m_symmetry; // nodes of the part
+    std::vector<Cell> m_cells;                      // in the numbers of the part
     std::vector<std::vector<int>> m_neighbours;
     Closing m_closing;
 };

@@ -1,4 +1,4 @@
-// HarmonicFill.cpp: weights by sorting, one definite system, three right sides.
+// HarmonicFill.cpp: weights by sorting, one definite system.
 
 #include "binder/HarmonicFill.h"
 
@@ -13,7 +13,6 @@ namespace voz::binder
 
 using geometry::Cell;
 using geometry::Vec2;
-using geometry::Vec3;
 
 namespace
 {
@@ -107,16 +106,16 @@ struct Laplace
 {
     onestep::SparsePattern pattern;
     std::vector<double> values;
-    std::vector<double> sides; // three in a row
+    std::vector<double> side;
 };
 
 Laplace assemble(std::vector<Link> const & i_links, std::vector<int> const & i_number, int i_count,
-                 std::vector<Vec3> const & i_value)
+                 std::vector<double> const & i_value)
 {
     Laplace system;
     system.pattern.size = i_count;
     system.pattern.rowStart.push_back(0);
-    system.sides.assign(3 * at(i_count), 0.0);
+    system.side.assign(at(i_count), 0.0);
     for (std::size_t l = 0; l < i_links.size();)
     {
         int const node = i_links[l].from, row = i_number[at(node)];
@@ -141,10 +140,7 @@ Laplace assemble(std::vector<Link> const & i_links, std::vector<int> const & i_n
             int const column = i_number[at(i_links[l].to)];
             if (column < 0) // known
             {
-                Vec3 const given = w * i_value[at(i_links[l].to)];
-                system.sides[at(row)] += given.x;
-                system.sides[at(i_count + row)] += given.y;
-                system.sides[at(2 * i_count + row)] += given.z;
+                system.side[at(row)] += w * i_value[at(i_links[l].to)];
                 continue;
             }
             if (diagonal < 0 && column > row)
@@ -163,8 +159,8 @@ Laplace assemble(std::vector<Link> const & i_links, std::vector<int> const & i_n
 
 } // namespace
 
-bool fillHarmonically(std::vector<Cell> const & i_cells, std::vector<Vec2> const & i_flat, std::vector<Vec3> & io_value,
-                      std::vector<bool> & io_known)
+bool fillHarmonically(std::vector<Cell> const & i_cells, std::vector<Vec2> const & i_flat,
+                      std::vector<double> & io_value, std::vector<bool> & io_known)
 {
     std::vector<Link> const links = linksOf(i_cells, i_flat);
     int count = 0;
@@ -173,13 +169,12 @@ bool fillHarmonically(std::vector<Cell> const & i_cells, std::vector<Vec2> const
         return true;
     Laplace system = assemble(links, number, count, io_value);
     onestep::SparseSolver solver(system.pattern, onestep::SparseSolver::Kind::PositiveDefinite);
-    if (!solver.factorise(system.values) || !solver.solve(system.sides, 3))
+    if (!solver.factorise(system.values) || !solver.solve(system.side, 1))
         return false;
     for (std::size_t i = 0; i < number.size(); ++i)
         if (number[i] >= 0)
         {
-            std::size_t const row = at(number[i]);
-            io_value[i] = {system.sides[row], system.sides[at(count) + row], system.sides[at(2 * count) + row]};
+            io_value[i] = system.side[at(number[i])];
             io_known[i] = true;
         }
     return true;

@@ -16,7 +16,7 @@ namespace voz::binder
 // i_flat: position per node of the cells. io_value, io_known: per node. Fills the nodes that are not known and hang
 // together with known ones, and marks them known; the others stay. False: the system could not be solved.
 bool fillHarmonically(std::vector<geometry::Cell> const & i_cells, std::vector<geometry::Vec2> const & i_flat,
-                      std::vector<geometry::Vec3> & io_value, std::vector<bool> & io_known);
+                      std::vector<double> & io_value, std::vector<bool> & io_known);
 
 } // namespace voz::binder
 

@@ -8,15 +8,33 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cmath>
 
 namespace voz::onestep
 {
+
+using geometry::Vec2;
 
 namespace
 {
 
 constexpr double kAcceptable = 1.0e-4; // residual at which results are still given, with a warning
+constexpr double kPureShift = 1.0e-6;  // of a motion: its turning part
 constexpr double kUnbalanced = 0.05;   // share of holding forces that is no rounding and no asymmetry of a cut any more
+
+// One plane of symmetry leaves the shift along it, which the start has not kept: as placing does, without the rest.
+void placeAlongFreeShift(Piece const & i_piece, std::vector<Vec2> & io_flat)
+{
+    std::vector<RigidMotion> const free = freeRigidMotions(i_piece.holds, io_flat);
+    if (free.size() != 1 || std::abs(free[0][2]) > kPureShift)
+        return;
+    Vec2 const along = unit(Vec2{free[0][0], free[0][1]});
+    double gap = 0.0;
+    for (std::size_t i = 0; i < io_flat.size(); ++i)
+        gap += i_piece.weight[i] / i_piece.area * dot(horizontal(i_piece.mesh.position[i]) - io_flat[i], along);
+    for (Vec2 & x : io_flat)
+        x = x + gap * along;
+}
 
 } // namespace
 
@@ -68,6 +86,8 @@ Status PieceSolver::solve(PieceTuner * io_pTuner)
     bool const pads = std::any_of(m_piece.padShear.begin(), m_piece.padShear.end(), [](double s) { return s != 0.0; });
     if (m_holding->count() == 3 && !pads)
         placeOverPart(m_piece, m_flat);
+    else if (!pads)
+        placeAlongFreeShift(m_piece, m_flat);
     return judge();
 }
 

@@ -8,9 +8,9 @@
 
 #include "CATRawColl.h"
 #include "EdgeSets.h"
+#include "ElementsAt.h"
 #include "FreeEdgeLoops.h"
 #include "MeshRows.h"
-#include "NodeRuns.h"
 #include "RowMath.h"
 
 #include <algorithm>
@@ -92,39 +92,6 @@ int elementOf(meshrows::Rows const & rows, int e)
     int const position = e > rows.numElem ? meshrows::positionOf(e, rows.mesh.GetFirstElementNumber()) : e;
     return position > 0 && position <= rows.numElem ? position : 0;
 }
-
-// The elements at each node, ascending; corners that are no nodes are passed over.
-class ElementsAt
-{
-public:
-    ElementsAt(meshrows::Rows const & i_rows, int i_numNode)
-    {
-        auto const pass = [&i_rows](auto visit)
-        {
-            for (int e = 1; e <= i_rows.numElem; ++e)
-                for (int corner = 0; corner < meshrows::cornerCount(i_rows.elems[e]); ++corner)
-                    visit(i_rows.corner(e, corner), 4 * e + corner);
-        };
-        int * offset = nullptr;
-        int * map = nullptr;
-        noderuns::build(
-            i_numNode, pass, pass, [] {}, offset, map);
-        mOffset.reset(offset);
-        mMap.reset(map);
-    }
-
-    // Calls visit(element, corner) for each place of the node.
-    template <class Visit>
-    void forEach(int n, Visit visit) const
-    {
-        for (std::size_t i = at(mOffset[at(n - 1)]); i < at(mOffset[at(n)]); ++i)
-            visit(mMap[i] / 4, mMap[i] % 4);
-    }
-
-private:
-    std::unique_ptr<int[]> mOffset;
-    std::unique_ptr<int[]> mMap;
-};
 } // namespace
 
 Zones::Zones(VOZCatMesh & i_mesh)

@@ -12,6 +12,7 @@
 struct VOZFormingResult_s;
 struct VOZMesh_s;
 struct VOZMultiStageSolverIOData_s;
+struct VOZSolverAutoBC_s;
 struct VOZSolverBCData_s;
 struct VOZSolverBHF_s;
 struct VOZSolverDrawbead_s;
@@ -41,6 +42,9 @@ protected:
     // The nodes nearest to two points (3 doubles in mm, or null), 0-based; both -1 without a point.
     void SetAutoStrain(double * i_padTarget, double * i_padReference, int & io_nTargetNode, int & io_nReferenceNode);
 
+    // The record of a run to prescribed strains; false, with the record as it is made, if the process asks for none.
+    bool EvalAutoBC(VOZSolverAutoBC_s & o_record);
+
     VOZResult GetResults(int i_nPoint, int i_nElement, double i_dRValue, double i_dThickness, int i_nLayer);
     void SetDisplacementResults(Result ** io_apLayers);
     void SetStressStrainResults(Result ** io_apLayers);
@@ -63,8 +67,7 @@ private:
     long FillInBinder(VOZMesh_s & i_mainMesh);
     long FillInStage(VOZMesh_s * i_psMainMesh); // takes the mesh
     VOZMesh_s * NewMeshLike(VOZMesh_s & i_mainMesh) const;
-    long EvalAutoStrain(CATIProgressTaskUI * i_task, double const * i_adStrains, int i_nTargetNode,
-                        int i_nReferenceNode);
+    long EvalAutoStrain(CATIProgressTaskUI * i_task, VOZSolverAutoBC_s const & i_record);
     long EvalWithBinder(CATIProgressTaskUI * i_task);
 };
 

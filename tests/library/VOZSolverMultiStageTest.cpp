@@ -13,6 +13,7 @@
 #include "VOZMechanicalProp.h"
 #include "VOZMesh.h"
 #include "VOZMultiStageSolverIOData.h"
+#include "VOZSolverAutoBC.h"
 #include "VOZSolverBCData.h"
 #include "VOZStatus.h"
 
@@ -35,6 +36,7 @@ class Probe : public VOZSolverMultiStage
 {
 public:
     using VOZSolverMultiStage::ConvertMeshData;
+    using VOZSolverMultiStage::EvalAutoBC;
     using VOZSolverMultiStage::FillInXenSolverData;
     using VOZSolverMultiStage::SetAutoStrain;
     using VOZSolverMultiStage::SetBlankHolderForce;
@@ -780,6 +782,126 @@ TEST_F(Stage, ASecondRunStartsAnew)
     for (int n = 1; n <= part.numNode(); ++n)
         EXPECT_EQ(first.top.disp(n, 0), second.top.disp(n, 0));
     EXPECT_EQ(driver.stage().m_psPartMesh->m_nProcessMode, 0);
+}
+
+TEST_F(Stage, TheAutoStrainRecordHasNodesReferenceFirstAndStrainsTargetFirst)
+{
+    double const target[3] = {41.0, 1.0, 0.5};     // node 2
+    double const reference[3] = {119.0, 0.0, 0.0}; // node 4
+    property.setAutoStrain(target, reference, 12.0, -5.0, 0.75, true);
+    VOZSolverAutoBC_s record;
+    ASSERT_TRUE(driver.EvalAutoBC(record));
+    EXPECT_EQ(valueAt<int>(&record, 0), 3);
+    EXPECT_EQ(valueAt<int>(&record, 4), 1);
+    EXPECT_EQ(valueAt<double>(&record, 8), std::log(12.0 / 100.0 + 1.0));
+    EXPECT_EQ(valueAt<double>(&record, 16), std::log(-5.0 / 100.0 + 1.0));
+    EXPECT_EQ(valueAt<double>(&record, 24), 0.75);
+}
+
+TEST_F(Stage, AStrainOfMinus98PercentHasAFixedLogarithm)
+{
+    property.setAutoStrain(nullptr, nullptr, -98.0, -97.9, 0.0, true);
+    VOZSolverAutoBC_s record;
+    ASSERT_TRUE(driver.EvalAutoBC(record));
+    EXPECT_EQ(record.m_nTargetNode, -1); // without a point there is no node, and the run is asked for all the same
+    EXPECT_EQ(record.m_nReferenceNode, -1);
+    EXPECT_EQ(record.m_dTargetStrain, -3.91);
+    EXPECT_EQ(record.m_dReferenceStrain, std::log(-97.9 / 100.0 + 1.0));
+    property.setAutoStrain(nullptr, nullptr, -150.0, -1e300, 0.0, true);
+    ASSERT_TRUE(driver.EvalAutoBC(record));
+    EXPECT_EQ(record.m_dTargetStrain, -3.91);
+    EXPECT_EQ(record.m_dReferenceStrain, -3.91);
+    property.setAutoStrain(nullptr, nullptr, 10.0, 10.0, 0.0, false);
+    EXPECT_FALSE(driver.EvalAutoBC(record));
+}
+
+// Which way is taken: the one-stage solve alone doubles the mode, the way with a binder alone puts its banner ahead of
+// the log.
+class WaysToSolve : public Stage
+{
+protected:
+    static constexpr char const * kBanner = "X E N   S O L V E R   S T A R T E D.\n";
+
+    // Whether it solves or not: the way is what counts here.
+    void run()
+    {
+        give(driver, 0, 5);
+        try
+        {
+            driver.Run(nullptr);
+        }
+        catch (CATError const & error)
+        {
+            EXPECT_STRNE(error.Message(), "");
+        }
+        mode = driver.stage().m_psPartMesh->m_nProcessMode;
+        banner = work.Read("sum.log").rfind(kBanner, 0) == 0;
+    }
+
+    int mode = 0;
+    bool banner = false;
+};
+
+TEST_F(WaysToSolve, OneStageDoublesTheMode)
+{
+    run();
+    EXPECT_EQ(mode, 10);
+    EXPECT_FALSE(banner);
+}
+
+TEST_F(WaysToSolve, ABinderLeavesTheModeAndGetsABannerInItsLog)
+{
+    giveBinder();
+    run();
+    EXPECT_EQ(mode, 5);
+    EXPECT_TRUE(banner);
+}
+
+TEST_F(WaysToSolve, ABinderThatIsNotCountedIsNone)
+{
+    giveBinder();
+    meshCount = 1;
+    run();
+    EXPECT_EQ(mode, 10);
+    EXPECT_FALSE(banner);
+}
+
+TEST_F(WaysToSolve, AutoStrainGoesBeforeABinder)
+{
+    giveBinder();
+    double const target[3] = {60.0, 40.0, 12.0};
+    property.setAutoStrain(target, nullptr, 1.0, 0.0, 0.0, true);
+    run();
+    EXPECT_EQ(mode, 5);
+    EXPECT_FALSE(banner);
+}
+
+TEST_F(WaysToSolve, ALostAutoStrainRecordIsReportedAndFails)
+{
+    property.setAutoStrain(nullptr, nullptr, 1.0, 0.0, 0.0, true);
+    std::vector<std::string> const lostRecord = {"AssertionFailed:psAutoBCData"};
+    bool isFound = false;
+    bool refused = true;
+    for (int number = 2; refused && !isFound; ++number)
+    {
+        host.reports.clear();
+        FailingNew const failing(number);
+        Probe lost;
+        give(lost);
+        long status = 0;
+        try
+        {
+            status = lost.Run(nullptr);
+        }
+        catch (CATError const & error)
+        {
+            EXPECT_STRNE(error.Message(), ""); // an allocation that can be done without was refused
+        }
+        refused = failing.refused();
+        isFound = reported() == lostRecord;
+        EXPECT_TRUE(!isFound || status == E_FAIL);
+    }
+    EXPECT_TRUE(isFound);
 }
 
 // Memory

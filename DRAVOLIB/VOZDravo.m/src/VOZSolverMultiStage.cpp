@@ -106,15 +106,9 @@ long VOZSolverMultiStage::Run(CATIProgressTaskUI * i_task)
     if (FillInXenSolverData() != 0)
         return E_FAIL;
 
-    AutoStrain const wanted(*m_pElemProperty);
-    if (wanted.isOn)
-    {
-        int nTargetNode = -1;
-        int nReferenceNode = -1;
-        SetAutoStrain(wanted.target.get(), wanted.reference.get(), nTargetNode, nReferenceNode);
-        double const adStrains[3] = {TrueStrainOf(wanted.targetStrain), TrueStrainOf(wanted.refStrain), wanted.value};
-        return EvalAutoStrain(i_task, adStrains, nTargetNode, nReferenceNode);
-    }
+    VOZSolverAutoBC_s wanted;
+    if (EvalAutoBC(wanted))
+        return EvalAutoStrain(i_task, wanted);
     if (BinderMesh() != nullptr)
         return EvalWithBinder(i_task);
 
@@ -126,18 +120,27 @@ long VOZSolverMultiStage::Run(CATIProgressTaskUI * i_task)
     return 0;
 }
 
-// i_adStrains: the log strains at the target and at the reference node, and the value that goes through.
-long VOZSolverMultiStage::EvalAutoStrain(CATIProgressTaskUI * i_task, double const * i_adStrains, int i_nTargetNode,
-                                         int i_nReferenceNode)
+// Nodes go reference first, strains target first.
+bool VOZSolverMultiStage::EvalAutoBC(VOZSolverAutoBC_s & o_record)
 {
-    std::unique_ptr<VOZSolverAutoBC_s> const psAutoBCData(new (std::nothrow) VOZSolverAutoBC_s);
+    if (m_pElemProperty == nullptr)
+        return false;
+    AutoStrain const wanted(*m_pElemProperty);
+    if (!wanted.isOn)
+        return false;
+    SetAutoStrain(wanted.target.get(), wanted.reference.get(), o_record.m_nTargetNode, o_record.m_nReferenceNode);
+    o_record.m_dTargetStrain = TrueStrainOf(wanted.targetStrain);
+    o_record.m_dReferenceStrain = TrueStrainOf(wanted.refStrain);
+    o_record.m_dValue = wanted.value;
+    return true;
+}
+
+// The kernel tells a failure by an error or by results that are not there; what it returns is not asked.
+long VOZSolverMultiStage::EvalAutoStrain(CATIProgressTaskUI * i_task, VOZSolverAutoBC_s const & i_record)
+{
+    std::unique_ptr<VOZSolverAutoBC_s> const psAutoBCData(new (std::nothrow) VOZSolverAutoBC_s(i_record));
     if (!VOZ_ASSERTION(psAutoBCData != nullptr, "psAutoBCData"))
         return E_FAIL;
-    psAutoBCData->m_nReferenceNode = i_nReferenceNode;
-    psAutoBCData->m_nTargetNode = i_nTargetNode;
-    psAutoBCData->m_dTargetStrain = i_adStrains[0];
-    psAutoBCData->m_dReferenceStrain = i_adStrains[1];
-    psAutoBCData->m_dValue = i_adStrains[2];
     VOZUtilitySolving::EvaluateAutoStrain(m_psIOData, psAutoBCData.get(), ProgressIndicator, i_task, nullptr);
     return 0;
 }

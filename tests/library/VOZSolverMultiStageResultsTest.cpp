@@ -503,3 +503,45 @@ TEST_F(WholeRun, ThePartWithItsQuarterSymmetryFlattensAsTheWhole)
                         wholeQuads.top.disp(large, 0) - wholeQuads.top.disp(3 * 9 + 4 + 1, 0), 2e-6);
         }
 }
+
+// A binder that is flat lets the blank lie flat: what is on the binder is then the flat itself, up to a rigid motion.
+TEST_F(WholeRun, ABlankOnAFlatBinderIsTheFlatBlank)
+{
+    samples::Grid plane;
+    plane.columns = plane.rows = 4;
+    plane.x0 = -60.0;
+    plane.x1 = 180.0;
+    plane.y0 = -60.0;
+    plane.y1 = 140.0;
+    binder = plane.mesh();
+    meshes[1] = &binder;
+    meshCount = 2;
+    LayerStores stores(part);
+    runInto(stores);
+    int moved = 0;
+    for (int n = 1; n <= part.numNode(); ++n)
+    {
+        double const onBinder = std::hypot(stores.top.disp2d(n, 0) - stores.top.disp2d(1, 0),
+                                           stores.top.disp2d(n, 1) - stores.top.disp2d(1, 1));
+        double const flat =
+            std::hypot(stores.top.disp(n, 0) - stores.top.disp(1, 0), stores.top.disp(n, 1) - stores.top.disp(1, 1));
+        EXPECT_NEAR(onBinder, flat, 2e-5) << n;
+        EXPECT_NEAR(0.001 * part.node(n, 2) + double{stores.top.dispOnBinder(n, 2)}, 0.0, 1e-6) << n; // on the plane
+        moved += flat > 1e-5 ? 1 : 0;
+    }
+    EXPECT_GT(moved, 0);
+}
+
+// The strain asked for at the middle of the dome is what comes back there, in percent both ways.
+TEST_F(WholeRun, APrescribedStrainIsReachedAtItsNode)
+{
+    LayerStores before(part);
+    runInto(before);
+    int const middle = 3 * 9 + 4 + 1;
+    double const target[3] = {60.4, 39.8, 12.2}; // nearest: the middle node
+    double const wanted = double{before.mid.nstrain(middle, 0)} + 1.5;
+    property.setAutoStrain(target, nullptr, wanted, 0.0, 0.0, true);
+    LayerStores after(part);
+    runInto(after);
+    EXPECT_NEAR(after.mid.nstrain(middle, 0), wanted, 0.1);
+}

@@ -545,3 +545,25 @@ TEST_F(WholeRun, APrescribedStrainIsReachedAtItsNode)
     runInto(after);
     EXPECT_NEAR(after.mid.nstrain(middle, 0), wanted, 0.1);
 }
+
+// Both nodes get the strains that a held sheet has there: exchanged, they would be reached at neither.
+TEST_F(WholeRun, TwoPrescribedStrainsAreReachedEachAtItsOwnNode)
+{
+    int const middle = 3 * 9 + 4 + 1;
+    int const aside = 3 * 9 + 1 + 1;
+    LayerStores held(part);
+    fullHolder.factor(0.3);
+    runInto(held);
+    double const atMiddle = held.mid.nstrain(middle, 0);
+    double const atAside = held.mid.nstrain(aside, 0);
+    ASSERT_GT(std::fabs(atMiddle - atAside), 0.5);
+
+    fullHolder.factor(0.0);
+    double const target[3] = {part.node(middle, 0), part.node(middle, 1), part.node(middle, 2)};
+    double const reference[3] = {part.node(aside, 0), part.node(aside, 1), part.node(aside, 2)};
+    property.setAutoStrain(target, reference, atMiddle, atAside, 0.0, true);
+    LayerStores reached(part);
+    runInto(reached);
+    EXPECT_NEAR(reached.mid.nstrain(middle, 0), atMiddle, 0.1);
+    EXPECT_NEAR(reached.mid.nstrain(aside, 0), atAside, 0.1);
+}

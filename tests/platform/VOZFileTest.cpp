@@ -53,6 +53,20 @@ TEST(OpenFile, RefusesWhatIsMissingEmptyOrNull)
     EXPECT_EQ(VOZOpenFile(nullptr, "w"), nullptr);
 }
 
+TEST(RemoveFile, RemovesAFileAndNothingElse)
+{
+    TempFolder const folder;
+    folder.Write("name.txt", "text");
+    std::filesystem::create_directory(folder.Path("sub"));
+    EXPECT_EQ(VOZRemoveFile((folder.Path() + "\\name.txt").c_str()), 0);
+    EXPECT_FALSE(std::filesystem::exists(folder.Path("name.txt")));
+    EXPECT_EQ(VOZRemoveFile(folder.Path("name.txt").c_str()), -1);
+    EXPECT_EQ(VOZRemoveFile(folder.Path("sub").c_str()), -1);
+    EXPECT_TRUE(std::filesystem::exists(folder.Path("sub")));
+    EXPECT_EQ(VOZRemoveFile(""), -1);
+    EXPECT_EQ(VOZRemoveFile(nullptr), -1);
+}
+
 #if !defined(_WIN32)
 TEST(OpenFile, RefusesADriveLetter)
 {

@@ -7,9 +7,13 @@
 #include "VOZSolverAutoBC.h"
 #include "VOZUtilitySolving.h"
 #include "autostrain/LevelSearch.h"
+#include "autostrain/NodeStrain.h"
+#include "onestep/Partition.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <random>
 
 namespace
 {
@@ -208,6 +212,41 @@ TEST(LevelSearch, EndsWhereTheSheetWouldTear)
     sample.torn = true;
     EXPECT_FALSE(search.accept(sample));
     EXPECT_THAT(search.reason(), HasSubstr("tear"));
+}
+
+// --- The strain of a node --------------------------------------------------------------------------------------------
+
+TEST(NodeStrain, ItsSlopeIsThatOfDifferences)
+{
+    std::mt19937 random(3);
+    std::uniform_real_distribution<double> shake(-1.0, 1.0);
+    for (Cells const cells : {Cells::Triangles, Cells::Quads})
+    {
+        Problem const problem = quarterCup({}, 1, cells, 20.0);
+        voz::onestep::Partition parts = voz::onestep::partition(problem);
+        voz::onestep::Piece const & piece = parts.pieces.front();
+        for (int node : {0, 7, 25})
+        {
+            voz::autostrain::NodeStrain const strain(piece, node);
+            std::vector<voz::geometry::Vec2> flat, motion;
+            for (auto const & x : piece.mesh.position)
+            {
+                double const out = 1.0 + 0.02 * std::hypot(x.x, x.y) / 0.05; // apart from the fold of the wall
+                flat.push_back({1.1 * x.x * out + 0.3 * x.z + 2e-4 * shake(random), 0.9 * x.y + 2e-4 * shake(random)});
+                motion.push_back({1e-3 * shake(random), 1e-3 * shake(random)});
+            }
+            auto const moved = [&](double factor)
+            {
+                std::vector<voz::geometry::Vec2> there = flat;
+                for (std::size_t i = 0; i < there.size(); ++i)
+                    there[i] = there[i] + factor * motion[i];
+                return strain.value(there);
+            };
+            double const slope = strain.slope(flat, motion), step = 1e-4;
+            ASSERT_TRUE(std::isfinite(slope));
+            EXPECT_NEAR((moved(step) - moved(-step)) / (2.0 * step), slope, 1e-6 * std::max(1.0, std::abs(slope)));
+        }
+    }
 }
 
 // --- On parts --------------------------------------------------------------------------------------------------------

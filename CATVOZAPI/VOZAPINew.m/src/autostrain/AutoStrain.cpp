@@ -1,11 +1,12 @@
 // AutoStrain.cpp: a tuner that changes the restraint between solves; strains at nodes and their slopes.
 //
 // With R(X, s) = P (F(X) - Fext(s)) = 0 a level s moves the flat by dX/ds = J^-1 P dFext/ds, for which the last
-// factorisation serves, and the strain of a node follows through the variation of Kinematics.h.
+// factorisation serves, and the strain of a node follows through NodeStrain.
 
 #include "autostrain/AutoStrain.h"
 
 #include "TextOf.h"
+#include "autostrain/NodeStrain.h"
 #include "autostrain/RestraintEdges.h"
 #include "onestep/PieceSolver.h"
 #include "onestep/PieceTuner.h"
@@ -39,53 +40,6 @@ std::size_t at(int i)
 {
     return static_cast<std::size_t>(i);
 }
-
-// The major strain of a node: mean over its elements.
-class NodeStrain
-{
-public:
-    NodeStrain(Piece const & i_piece, int i_node) // of the piece
-    {
-        for (IntegrationPoint const & point : i_piece.points.points)
-        {
-            auto const & corners = i_piece.mesh.cells[at(point.cell)].node;
-            if (std::find(corners.begin(), corners.end(), i_node) == corners.end())
-                continue;
-            m_points.push_back(&point);
-            m_area += point.area;
-        }
-    }
-
-    double value(std::span<Vec2 const> i_flat) const
-    {
-        double sum = 0.0;
-        for (IntegrationPoint const * const pPoint : m_points)
-            sum += pPoint->area * onestep::evaluateStrain(inverseGradient(*pPoint, i_flat)).h2;
-        return sum / m_area;
-    }
-
-    // Change of the value when the nodes move by i_motion.
-    double slope(std::span<Vec2 const> i_flat, std::span<Vec2 const> i_motion) const
-    {
-        double sum = 0.0;
-        for (IntegrationPoint const * const pPoint : m_points)
-        {
-            geometry::Mat2 const g = inverseGradient(*pPoint, i_flat);
-            onestep::PointStrain const strain = onestep::evaluateStrain(g);
-            onestep::StrainDerivative const derivative(g, strain);
-            for (int k = 0; k < pPoint->count; ++k)
-            {
-                Vec2 const shape = toEigenbasis(strain, pPoint->gradient[at(k)]);
-                sum += pPoint->area * derivative.along(shape, i_motion[at(pPoint->node[at(k)])]).h22;
-            }
-        }
-        return sum / m_area;
-    }
-
-private:
-    std::vector<IntegrationPoint const *> m_points;
-    double m_area = 0.0;
-};
 
 // What a level does to a piece that is in equilibrium.
 class Response

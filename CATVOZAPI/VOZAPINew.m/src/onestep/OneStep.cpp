@@ -150,6 +150,7 @@ void noteRun(PieceSolver const & i_solver, Solution & io_solution)
 {
     io_solution.newtonSteps = std::max(io_solution.newtonSteps, i_solver.outcome().steps);
     io_solution.startSteps = std::max(io_solution.startSteps, i_solver.startSteps());
+    io_solution.fallback = std::max(io_solution.fallback, i_solver.outcome().rung);
     io_solution.lockedEdges += i_solver.lockedEdges();
     io_solution.residual = std::max(io_solution.residual, i_solver.outcome().state.relative);
     io_solution.holdingShare = std::max(io_solution.holdingShare, i_solver.outcome().state.holding);

@@ -110,6 +110,7 @@ struct Solution
     double leastDeterminant = 0.0;        // of G
     double greatestStrain = 0.0;          // ebar
     int neckingPoints = 0;                // points thinned beyond theta n
+    int fallback = 0;                     // rung of the ladder that was needed; 0: straight from the start
 };
 
 struct Progress

@@ -9,8 +9,8 @@
 
 #include "StudyRuns.h"
 
-#include "settings/MaterialDatabase.h"
 #include "VOZMaterial.h"
+#include "settings/MaterialDatabase.h"
 
 #include <cstdio>
 #include <cstdlib>

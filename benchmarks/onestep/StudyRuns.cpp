@@ -125,9 +125,8 @@ Problem buildPart(Run & io_run, MaterialLaw const & law)
         return problemOf(bracketOf(rows, io_run.cells), law);
     bool const quarter = io_run.part == "square_cup_quarter", round = io_run.part == "cylindrical_cup";
     SquareCup const square = io_run.part == "square_cup_15" ? squareCup15() : squareCup40();
-    SurfaceMesh const mesh =
-        round ? cylindricalCupOf(rows, io_run.cells)
-              : squareCupOf(square, quarter ? Extent::Quarter : Extent::Whole, rows, io_run.cells);
+    SurfaceMesh const mesh = round ? cylindricalCupOf(rows, io_run.cells)
+                                   : squareCupOf(square, quarter ? Extent::Quarter : Extent::Whole, rows, io_run.cells);
     Problem problem = problemOf(mesh, law);
     if (quarter)
         quarterSymmetry(problem, mesh);

@@ -63,7 +63,7 @@ MembraneLaw::Forces MembraneLaw::forces(double i_h1, double i_h2) const
     return {scale * (i_h1 + m_rho * i_h2), scale * (i_h2 + m_rho * i_h1), strain, scale};
 }
 
-MembraneLaw::Tangent MembraneLaw::tangent(double i_h1, double i_h2) const
+MembraneLaw::Tangent MembraneLaw::tangent(double i_h1, double i_h2, double i_secantShare) const
 {
     double const strain = equivalentStrain(i_h1, i_h2);
     HardeningCurve::Moduli const moduli = m_curve.moduli(strain);
@@ -73,7 +73,8 @@ MembraneLaw::Tangent MembraneLaw::tangent(double i_h1, double i_h2) const
     double const d1 = m_k2 * (i_h1 + m_rho * i_h2);
     double const d2 = m_k2 * (i_h2 + m_rho * i_h1);
     bool const strained = strain >= kNoStrain;
-    double const q = strained ? (moduli.tangent - moduli.secant) / (strain * strain) : 0.0;
+    double const bend = (1.0 - i_secantShare) * (moduli.tangent - moduli.secant);
+    double const q = strained ? bend / (strain * strain) : 0.0;
     double const turn = strained ? h3 * moderated.slope / strain : 0.0;
     double const t1 = -moderated.share + turn * d1;
     double const t2 = -moderated.share + turn * d2;

@@ -45,7 +45,8 @@ public:
         Forces forces;
         double n11, n12, n21, n22, shear;
     };
-    Tangent tangent(double i_h1, double i_h2) const;
+    // i_secantShare: of the secant modulus in place of the tangent modulus; 0: the exact derivative.
+    Tangent tangent(double i_h1, double i_h2, double i_secantShare = 0.0) const;
 
 private:
     struct Moderation

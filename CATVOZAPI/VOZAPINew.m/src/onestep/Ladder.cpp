@@ -30,7 +30,7 @@ public:
 
     LadderOutcome run()
     {
-        bool done = solveFull();
+        bool done = solveFull(Newton::From::Afar);
         if (!done && !m_monitor.stopped())
             remark("no convergence straight from the start; fallback: soft elastic line");
         done = done || climb(1, {{law(0.01, 0.0)}, {law(0.1, 0.0)}});
@@ -60,10 +60,10 @@ private:
     }
 
     // One run from the last state that passed; a state that passes takes its place.
-    bool solve(double i_tolerance, std::vector<Vec2> & o_flat)
+    bool solve(double i_tolerance, std::vector<Vec2> & o_flat, Newton::From i_from = Newton::From::Near)
     {
         o_flat = m_passed;
-        Newton::Outcome const outcome = m_newton.run(i_tolerance, m_settings.maxSteps, m_monitor, o_flat);
+        Newton::Outcome const outcome = m_newton.run(i_tolerance, m_settings.maxSteps, m_monitor, o_flat, i_from);
         m_outcome.steps += outcome.steps;
         m_lastRelative = outcome.state.relative;
         if (outcome.passed)
@@ -71,11 +71,11 @@ private:
         return outcome.passed;
     }
 
-    bool solveFull()
+    bool solveFull(Newton::From i_from = Newton::From::Near)
     {
         setFull();
         std::vector<Vec2> flat;
-        bool const passed = solve(m_settings.tolerance, flat);
+        bool const passed = solve(m_settings.tolerance, flat, i_from);
         if (m_bestRelative < 0.0 || m_lastRelative < m_bestRelative)
         {
             m_bestRelative = m_lastRelative;

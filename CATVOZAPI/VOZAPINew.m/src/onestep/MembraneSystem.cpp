@@ -147,21 +147,21 @@ std::vector<Vec3> MembraneSystem::nodeForces(std::span<Vec2 const> i_flat) const
     return total;
 }
 
-void MembraneSystem::jacobian(std::span<Vec2 const> i_flat, std::vector<double> & o_values) const
+void MembraneSystem::jacobian(std::span<Vec2 const> i_flat, std::vector<double> & o_values, double i_secantShare) const
 {
     o_values.assign(m_pattern.sparse().column.size(), 0.0);
     for (std::size_t q = 0; q < m_rows.size(); ++q)
-        addPointJacobian(q, i_flat, o_values);
+        addPointJacobian(q, i_flat, i_secantShare, o_values);
     addPadJacobian(i_flat, o_values);
 }
 
-void MembraneSystem::addPointJacobian(std::size_t i_point, std::span<Vec2 const> i_flat,
+void MembraneSystem::addPointJacobian(std::size_t i_point, std::span<Vec2 const> i_flat, double i_secantShare,
                                       std::vector<double> & io_values) const
 {
     IntegrationPoint const & point = m_piece.points.points[i_point];
     geometry::Mat2 const g = inverseGradient(point, i_flat);
     PointStrain const strain = evaluateStrain(g);
-    material::MembraneLaw::Tangent const t = law(point.cell).tangent(strain.h1, strain.h2);
+    material::MembraneLaw::Tangent const t = law(point.cell).tangent(strain.h1, strain.h2, i_secantShare);
     StrainDerivative const derivative(g, strain);
 
     // Rows and shapes in the eigenbasis.

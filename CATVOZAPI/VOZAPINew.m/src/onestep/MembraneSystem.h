@@ -44,8 +44,9 @@ public:
     };
     Measure residual(std::span<geometry::Vec2 const> i_flat, std::vector<double> & o_residual) const;
 
-    // Values of the Jacobian in the order of the pattern.
-    void jacobian(std::span<geometry::Vec2 const> i_flat, std::vector<double> & o_values) const;
+    // Values of the Jacobian in the order of the pattern. i_secantShare: see MembraneLaw; 0: the exact one.
+    void jacobian(std::span<geometry::Vec2 const> i_flat, std::vector<double> & o_values,
+                  double i_secantShare = 0.0) const;
 
     // F_i - Fext_i per node, in space.
     std::vector<geometry::Vec3> nodeForces(std::span<geometry::Vec2 const> i_flat) const;
@@ -64,7 +65,7 @@ private:
     {
         geometry::Vec2 row[4][2];
     };
-    void addPointJacobian(std::size_t i_point, std::span<geometry::Vec2 const> i_flat,
+    void addPointJacobian(std::size_t i_point, std::span<geometry::Vec2 const> i_flat, double i_secantShare,
                           std::vector<double> & io_values) const;
     void addPadJacobian(std::span<geometry::Vec2 const> i_flat, std::vector<double> & io_values) const;
     void addPadForces(std::span<geometry::Vec2 const> i_flat, std::vector<geometry::Vec3> & io_outer) const;

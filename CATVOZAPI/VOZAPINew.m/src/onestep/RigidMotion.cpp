@@ -1,10 +1,14 @@
 // RigidMotion.cpp: bordering without dense rows.
 //
-// Dense rows in a sparse factor cost more than all the rest. Instead the unknowns E are pinned by alpha, the mean size
-// of the diagonal, and with J_s = J + alpha E E^T, [z, Zb, Ze] = J_s^-1 [-R, Br, E]:
+// Dense rows in a sparse factor cost more than all the rest. Instead the unknowns E are tied to the equations Q by
+// alpha, the mean size of the diagonal, and with J_s = J + alpha Q E^T, [z, Zb, Zq] = J_s^-1 [-R, Br, Q]:
 //
-//     [ -Cr^T Zb   alpha Cr^T Ze    ] [lambda]   [ -Cr^T z ]
-//     [ -E^T Zb    alpha E^T Ze - 1 ] [  mu  ] = [ -E^T z  ],    dX = z - Zb lambda + alpha Ze mu
+//     [ -Cr^T Zb   alpha Cr^T Zq    ] [lambda]   [ -Cr^T z ]
+//     [ -E^T Zb    alpha E^T Zq - 1 ] [  mu  ] = [ -E^T z  ],    dX = z - Zb lambda + alpha Zq mu
+//
+// J_s is regular where E meets the motions and Q meets the holding forces. Unknown and equation of a node need not
+// point the same way (on a wall that faces x, a motion along x meets no tangent), so each pin is the pair that meets
+// both best.
 //
 // Placing without holds is the plane problem of Procrustes in closed form. With holds the angle is searched for: for
 // each angle the best shift follows from a small linear system; a slight pull towards the projection decides what the
@@ -30,10 +34,29 @@ namespace
 constexpr double kFreeShare = 1.0e-10;     // of the largest eigenvalue of the constraint rows' Gram matrix
 constexpr double kPullToProjection = 1e-8; // against the holds
 constexpr int kAngles = 72;                // of the first search
+constexpr double kSolveResidual = 1.0e-9;  // of the right side
+constexpr int kRefinements = 4;
 
 std::size_t at(int i)
 {
     return static_cast<std::size_t>(i);
+}
+
+double squaresOf(std::vector<double> const & i_values)
+{
+    double squares = 0.0;
+    for (double const v : i_values)
+        squares += v * v;
+    return squares;
+}
+
+// Takes as much of i_column from io_other that its entry i_at vanishes.
+void eliminate(std::vector<double> const & i_column, std::size_t i_at, std::vector<double> & io_other)
+{
+    double const share = io_other[i_at] / i_column[i_at];
+    for (std::size_t i = 0; i < i_column.size(); ++i)
+        io_other[i] -= share * i_column[i];
+    io_other[i_at] = 0.0;
 }
 
 Vec2 centreOf(std::span<Vec2 const> i_flat)
@@ -221,12 +244,7 @@ std::vector<int> choosePins(std::vector<std::vector<double>> i_columns)
         auto const pin = static_cast<std::size_t>(largest - column.begin());
         pins.push_back(static_cast<int>(pin));
         for (std::size_t other = c + 1; other < i_columns.size(); ++other)
-        {
-            double const share = i_columns[other][pin] / column[pin];
-            for (std::size_t i = 0; i < column.size(); ++i)
-                i_columns[other][i] -= share * column[i];
-            i_columns[other][pin] = 0.0;
-        }
+            eliminate(column, pin, i_columns[other]);
     }
     return pins;
 }
@@ -282,7 +300,7 @@ RigidHolding::RigidHolding(Piece const & i_piece, Freedoms const & i_freedoms, s
         m_forces.push_back(std::move(force));
         m_rows.push_back(std::move(row));
     }
-    m_pins = choosePins(m_rows);
+    m_pins = choosePairs(i_freedoms, m_forces, m_rows);
     m_forces.resize(m_pins.size());
     m_rows.resize(m_pins.size());
 }
@@ -302,6 +320,35 @@ double RigidHolding::removeHeldPart(std::vector<double> & io_residual) const
     return std::sqrt(squares);
 }
 
+std::vector<RigidHolding::Pin> RigidHolding::choosePairs(Freedoms const & i_freedoms,
+                                                         std::vector<std::vector<double>> i_forces,
+                                                         std::vector<std::vector<double>> i_rows)
+{
+    std::vector<Pin> pins;
+    for (std::size_t c = 0; c < i_rows.size(); ++c)
+    {
+        Pin best{-1, -1};
+        double greatest = 0.0;
+        for (std::size_t node = 0; node + 1 < i_freedoms.first.size(); ++node)
+            for (int q = i_freedoms.first[node]; q < i_freedoms.first[node + 1]; ++q)
+                for (int p = i_freedoms.first[node]; p < i_freedoms.first[node + 1]; ++p)
+                    if (double const size = std::abs(i_forces[c][at(q)] * i_rows[c][at(p)]); size > greatest)
+                    {
+                        greatest = size;
+                        best = {q, p};
+                    }
+        if (best.unknown < 0)
+            break;
+        pins.push_back(best);
+        for (std::size_t other = c + 1; other < i_rows.size(); ++other)
+        {
+            eliminate(i_rows[c], at(best.unknown), i_rows[other]);
+            eliminate(i_forces[c], at(best.equation), i_forces[other]);
+        }
+    }
+    return pins;
+}
+
 bool RigidHolding::factorise(ElementPattern const & i_pattern, std::vector<double> & io_values,
                              SparseSolver & io_solver)
 {
@@ -309,28 +356,95 @@ bool RigidHolding::factorise(ElementPattern const & i_pattern, std::vector<doubl
     m_alpha = 0.0;
     for (int row = 0; row < size; ++row)
         m_alpha += std::abs(io_values[at(i_pattern.diagonal(row))]) / size;
-    for (int const pin : m_pins)
-        io_values[at(i_pattern.diagonal(pin))] += m_alpha;
+    for (Pin const & pin : m_pins)
+        io_values[at(i_pattern.sparse().find(pin.equation, pin.unknown))] += m_alpha;
+    m_border.clear();
+    m_pattern = &i_pattern.sparse();
+    m_values = &io_values;
+    m_solver = &io_solver;
     return io_solver.factorise(io_values);
 }
 
-bool RigidHolding::solve(std::vector<double> const & i_right, SparseSolver & io_solver,
-                         std::vector<double> & o_step) const
+std::vector<double> RigidHolding::motionOf(std::vector<double> const & i_step) const
+{
+    std::vector<double> motion;
+    for (auto const & row : m_rows)
+    {
+        double sum = 0.0;
+        for (std::size_t i = 0; i < i_step.size(); ++i)
+            sum += row[i] * i_step[i];
+        motion.push_back(sum);
+    }
+    return motion;
+}
+
+// Of the equations of equilibrium, less what the holding forces can take.
+void RigidHolding::residualOf(std::vector<double> const & i_right, std::vector<double> const & i_step,
+                              std::vector<double> & o_residual) const
+{
+    o_residual = i_right;
+    for (std::size_t row = 0; row < i_step.size(); ++row)
+        for (int k = m_pattern->rowStart[row]; k < m_pattern->rowStart[row + 1]; ++k)
+            o_residual[row] -= (*m_values)[at(k)] * i_step[at(m_pattern->column[at(k)])];
+    for (Pin const & pin : m_pins)
+        o_residual[at(pin.equation)] += m_alpha * i_step[at(pin.unknown)];
+    removeHeldPart(o_residual);
+}
+
+bool RigidHolding::solve(std::vector<double> const & i_right, std::vector<double> & o_step)
+{
+    if (m_solver == nullptr || !solveOnce(i_right, std::vector<double>(m_rows.size(), 0.0), o_step))
+        return false;
+    std::vector<double> residual, correction, improved, held = i_right;
+    removeHeldPart(held);
+    double const goal = kSolveResidual * std::sqrt(squaresOf(held));
+    residualOf(i_right, o_step, residual);
+    double size = std::sqrt(squaresOf(residual));
+    for (int i = 0; i < kRefinements && size > goal; ++i)
+    {
+        std::vector<double> motion = motionOf(o_step);
+        for (double & m : motion)
+            m = -m;
+        if (!solveOnce(residual, motion, correction))
+            return false;
+        improved = o_step;
+        for (std::size_t e = 0; e < improved.size(); ++e)
+            improved[e] += correction[e];
+        residualOf(i_right, improved, residual);
+        double const next = std::sqrt(squaresOf(residual));
+        if (!(next < size))
+            break;
+        size = next;
+        o_step.swap(improved);
+    }
+    return true;
+}
+
+// i_motion: what Cr^T of the step is to be.
+bool RigidHolding::solveOnce(std::vector<double> const & i_right, std::vector<double> const & i_motion,
+                             std::vector<double> & o_step)
 {
     std::size_t const size = i_right.size(), n = m_forces.size();
-    std::vector<double> sides(size * (1 + 2 * n), 0.0);
-    std::copy(i_right.begin(), i_right.end(), sides.begin());
-    for (std::size_t k = 0; k < n; ++k)
+    std::vector<double> sides = i_right;
+    if (m_border.empty() && n > 0)
     {
-        std::copy(m_forces[k].begin(), m_forces[k].end(), sides.begin() + static_cast<std::ptrdiff_t>(size * (1 + k)));
-        sides[size * (1 + n + k) + at(m_pins[k])] = 1.0;
+        sides.resize(size * (1 + 2 * n), 0.0);
+        for (std::size_t k = 0; k < n; ++k)
+        {
+            std::copy(m_forces[k].begin(), m_forces[k].end(),
+                      sides.begin() + static_cast<std::ptrdiff_t>(size * (1 + k)));
+            sides[size * (1 + n + k) + at(m_pins[k].equation)] = 1.0;
+        }
     }
-    if (!io_solver.solve(sides, static_cast<int>(1 + 2 * n)))
+    if (!m_solver->solve(sides, static_cast<int>(sides.size() / size)))
         return false;
+    if (m_border.empty())
+        m_border.assign(sides.begin() + static_cast<std::ptrdiff_t>(size), sides.end());
     o_step.assign(sides.begin(), sides.begin() + static_cast<std::ptrdiff_t>(size));
     if (n == 0)
         return true;
-    auto const side = [&](std::size_t column, std::size_t i) { return sides[size * column + i]; };
+    auto const side = [&](std::size_t column, std::size_t i)
+    { return column == 0 ? sides[i] : m_border[size * (column - 1) + i]; };
     auto const along = [&](std::size_t row, std::size_t column)
     {
         double sum = 0.0;
@@ -344,15 +458,15 @@ bool RigidHolding::solve(std::vector<double> const & i_right, SparseSolver & io_
     for (std::size_t r = 0; r < n; ++r)
     {
         auto const i = static_cast<Eigen::Index>(r);
-        right[i] = -along(r, 0);
-        right[count + i] = -side(0, at(m_pins[r]));
+        right[i] = i_motion[r] - along(r, 0);
+        right[count + i] = -side(0, at(m_pins[r].unknown));
         for (std::size_t c = 0; c < n; ++c)
         {
             auto const j = static_cast<Eigen::Index>(c);
             small(i, j) = -along(r, 1 + c);
             small(i, count + j) = m_alpha * along(r, 1 + n + c);
-            small(count + i, j) = -side(1 + c, at(m_pins[r]));
-            small(count + i, count + j) = m_alpha * side(1 + n + c, at(m_pins[r])) - (r == c ? 1.0 : 0.0);
+            small(count + i, j) = -side(1 + c, at(m_pins[r].unknown));
+            small(count + i, count + j) = m_alpha * side(1 + n + c, at(m_pins[r].unknown)) - (r == c ? 1.0 : 0.0);
         }
     }
     Eigen::VectorXd const share = small.fullPivLu().solve(right);

@@ -38,21 +38,39 @@ public:
     RigidHolding(Piece const & i_piece, Freedoms const & i_freedoms, std::span<geometry::Vec2 const> i_start);
 
     int count() const { return static_cast<int>(m_forces.size()); }
-    std::vector<int> const & pins() const { return m_pins; }
 
     // Takes the part along the holding forces out of a residual; returns its size, N.
     double removeHeldPart(std::vector<double> & io_residual) const;
 
-    // Newton step of the bordered system  [J Br; Cr^T 0]  by one factorisation of J + alpha E E^T.
-    // i_values: the Jacobian; changed on the pinned diagonal. False: singular.
+    // Newton step of the bordered system  [J Br; Cr^T 0]  by one factorisation of J + alpha Q E^T. Pattern, values and
+    // solver outlive the use of the factors. io_values: the Jacobian; changed at the pins. False: singular.
     bool factorise(ElementPattern const & i_pattern, std::vector<double> & io_values, SparseSolver & io_solver);
-    bool solve(std::vector<double> const & i_right, SparseSolver & io_solver, std::vector<double> & o_step) const;
+
+    // Improved against the system itself until its residual is small, as far as that goes. False: no factors, or a
+    // number that is not finite.
+    bool solve(std::vector<double> const & i_right, std::vector<double> & o_step);
 
 private:
+    struct Pin // the equation and the unknown that alpha ties together; both of one node
+    {
+        int equation, unknown;
+    };
+    static std::vector<Pin> choosePairs(Freedoms const & i_freedoms, std::vector<std::vector<double>> i_forces,
+                                        std::vector<std::vector<double>> i_rows);
+    bool solveOnce(std::vector<double> const & i_right, std::vector<double> const & i_motion,
+                   std::vector<double> & o_step);
+    std::vector<double> motionOf(std::vector<double> const & i_step) const; // Cr^T of a step
+    void residualOf(std::vector<double> const & i_right, std::vector<double> const & i_step,
+                    std::vector<double> & o_residual) const;
+
     std::vector<std::vector<double>> m_forces; // columns of Br, orthonormal
     std::vector<std::vector<double>> m_rows;   // columns of Cr
-    std::vector<int> m_pins;
+    std::vector<Pin> m_pins;
     double m_alpha = 0.0;
+    SparsePattern const * m_pattern = nullptr; // of the present factors, and the values and the solver that go with it
+    std::vector<double> const * m_values = nullptr;
+    SparseSolver * m_solver = nullptr;
+    std::vector<double> m_border; // Zb and Zq of the present factors; empty: not solved for yet
 };
 
 } // namespace voz::onestep

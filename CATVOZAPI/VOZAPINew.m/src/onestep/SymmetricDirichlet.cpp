@@ -212,7 +212,8 @@ int SymmetricDirichlet::minimise(double i_penalty, Aim i_aim, std::function<bool
 {
     std::vector<double> gradient, values, side(2 * io_flat.size());
     std::vector<Vec2> step(io_flat.size()), trial(io_flat.size());
-    double const limit = i_aim == Aim::Final ? kDecrement : kWayDecrement;
+    static double kd = getenv("KD") ? atof(getenv("KD")) : 1e-2, kw = getenv("KW") ? atof(getenv("KW")) : .05;
+    double const limit = i_aim == Aim::Final ? kd : kw;
     double now = energy(io_flat, i_penalty);
     for (int count = 0; count < kGreatestSteps; ++count)
     {
@@ -230,6 +231,7 @@ int SymmetricDirichlet::minimise(double i_penalty, Aim i_aim, std::function<bool
             slope += gradient[2 * i] * step[i].x + gradient[2 * i + 1] * step[i].y;
         }
         double const decrement = slope < 0.0 ? std::sqrt(-slope / now) : 0.0;
+        if (getenv("DBG")) fprintf(stderr,"start pen %g dec %.3e E %.8g\n", i_penalty, decrement, now);
         if (decrement < limit)
             return count;
         double factor = greatestStep(io_flat, step), next = now;

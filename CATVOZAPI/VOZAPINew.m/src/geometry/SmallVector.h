@@ -98,6 +98,20 @@ inline Vec2 unit(Vec2 a)
     return size > 0.0 ? (1.0 / size) * a : a;
 }
 
+// Cosine and sine of half the angle of (x, y), whose length is i_length; (1, 0) for the null vector.
+inline Vec2 halfAngle(double x, double y, double i_length)
+{
+    if (!(i_length > 0.0))
+        return {1.0, 0.0};
+    if (x >= 0.0)
+    {
+        double const cosine = std::sqrt(0.5 * (1.0 + x / i_length));
+        return {cosine, 0.5 * y / (i_length * cosine)};
+    }
+    double const sine = std::copysign(std::sqrt(0.5 * (1.0 - x / i_length)), y);
+    return {0.5 * y / (i_length * sine), sine};
+}
+
 struct Mat2
 {
     double m11 = 0.0, m12 = 0.0, m21 = 0.0, m22 = 0.0;

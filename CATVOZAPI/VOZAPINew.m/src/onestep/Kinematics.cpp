@@ -20,9 +20,9 @@ PointStrain evaluateStrain(geometry::Mat2 const & i_gradient)
     strain.radius = std::sqrt(half * half + c12 * c12);
     strain.cPlus = strain.mean + strain.radius;
     strain.cMinus = strain.j * strain.j / strain.cPlus;
-    double const phi = 0.5 * std::atan2(c12, half);
-    strain.cosine = std::cos(phi);
-    strain.sine = std::sin(phi);
+    geometry::Vec2 const phi = geometry::halfAngle(half, c12, strain.radius);
+    strain.cosine = phi.x;
+    strain.sine = phi.y;
     strain.h1 = -0.5 * std::log(strain.cPlus);
     strain.h2 = -0.5 * std::log(strain.cMinus);
     return strain;

@@ -32,9 +32,11 @@ constexpr double kShortening = 0.25;  // of the correction, times the factor
 constexpr double kRepeatDrop = 0.3;   // of the residual and of the step, that a repeated step may leave
 constexpr int kRepeats = 5;           // repeated steps that cost as much as a step of its own
 constexpr double kSecantDecay = 0.75; // of the share of the secant modulus, per step
-constexpr double kLeastSecantShare = 0.2, kNearlySolved = 1.0e-3;
-constexpr double kCreeping = 0.99; // of the residual: a step that leaves more than this has led nowhere
-constexpr int kCreepingSteps = 3;  // in a row, after which a run gives up for the next rung
+constexpr double kLeastSecantShare = 0.2, kSlowSecantShare = 0.5;
+constexpr int kSecantSteps = 14;
+constexpr double kNearlySolved = 1.0e-3; // relative residual from which on tangents do
+constexpr double kCreeping = 0.99;       // of the residual: a step that leaves more than this has led nowhere
+constexpr int kCreepingSteps = 3;        // in a row, after which a run gives up for the next rung
 
 class Stopwatch // adds the time of its life to a sum
 {
@@ -211,6 +213,15 @@ bool Newton::repeat(NewtonState const & i_now, Flat & io_flat, NewtonState & o_n
     return false;
 }
 
+// It falls from step to step; where a step had to be cut after all it rises again, but not in a run that goes on long
+// and not to the slow half of its range.
+double Newton::nextSecantShare(double i_share, int i_step) const
+{
+    if (m_damped && i_step < kSecantSteps && i_share < kSlowSecantShare)
+        return std::max(i_share, kLeastSecantShare) / kSecantDecay;
+    return i_share * kSecantDecay;
+}
+
 bool Newton::advance(double i_secantShare, NewtonState const & i_now, Flat & io_flat, NewtonState & o_next)
 {
     return findStep(io_flat, i_secantShare) && search(i_now, io_flat, o_next);
@@ -255,8 +266,8 @@ Newton::Outcome Newton::run(double i_tolerance, int i_maxSteps, Monitor & io_mon
         }
         creeping = next.norm > kCreeping * outcome.state.norm ? creeping + 1 : 0;
         outcome.state = next;
-        secantShare = m_damped ? std::min(1.0, std::max(secantShare, kLeastSecantShare) / kSecantDecay)
-                               : secantShare * kSecantDecay;
+        if (i_from == From::Afar)
+            secantShare = nextSecantShare(secantShare, outcome.steps);
         ++outcome.steps;
     }
 }

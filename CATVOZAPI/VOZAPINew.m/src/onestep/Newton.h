@@ -67,6 +67,7 @@ private:
     bool accepts(double i_factor, NewtonState const & i_now, NewtonState & o_next);
     bool correctionShrinks(double i_factor);
     bool paysToRepeat(NewtonState const & i_next) const;
+    double nextSecantShare(double i_share, int i_step) const;
     bool search(NewtonState const & i_now, Flat & io_flat, NewtonState & o_next);
     bool advance(double i_secantShare, NewtonState const & i_now, Flat & io_flat, NewtonState & o_next);
     bool repeat(NewtonState const & i_now, Flat & io_flat, NewtonState & o_next);

@@ -19,7 +19,9 @@
 #include <Eigen/Dense>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <limits>
 #include <numbers>
 
 namespace voz::onestep
@@ -118,20 +120,11 @@ struct Placing
     Eigen::Vector2d shift;
 };
 
-Placing bestPlacing(PlacingForm const & i_form)
+// The least value between two angles, by golden section.
+Placing refinedPlacing(PlacingForm const & i_form, double i_low, double i_high)
 {
-    double const step = 2.0 * std::numbers::pi / kAngles;
-    Placing best{0.0, 0.0, {}};
-    best.value = i_form.value(0.0, best.shift);
-    for (int i = 1; i < kAngles; ++i)
-    {
-        Eigen::Vector2d shift;
-        double const value = i_form.value(i * step, shift);
-        if (value < best.value)
-            best = {i * step, value, shift};
-    }
-    double low = best.angle - step, high = best.angle + step;
     double const golden = 0.5 * (std::sqrt(5.0) - 1.0);
+    double low = i_low, high = i_high;
     for (int i = 0; i < 80; ++i)
     {
         double const left = high - golden * (high - low), right = low + golden * (high - low);
@@ -139,8 +132,30 @@ Placing bestPlacing(PlacingForm const & i_form)
         bool const leftIsBetter = i_form.value(left, shift) < i_form.value(right, shift);
         (leftIsBetter ? high : low) = leftIsBetter ? right : left;
     }
-    best.angle = 0.5 * (low + high);
-    best.value = i_form.value(best.angle, best.shift);
+    Placing placing{0.5 * (low + high), 0.0, {}};
+    placing.value = i_form.value(placing.angle, placing.shift);
+    return placing;
+}
+
+// Holds may be met at more than one angle: each trough is followed to its bottom before the projection decides.
+Placing bestPlacing(PlacingForm const & i_form)
+{
+    double const step = 2.0 * std::numbers::pi / kAngles;
+    std::array<double, kAngles> value{};
+    for (int i = 0; i < kAngles; ++i)
+    {
+        Eigen::Vector2d shift;
+        value[at(i)] = i_form.value(i * step, shift);
+    }
+    Placing best{0.0, std::numeric_limits<double>::infinity(), {}};
+    for (int i = 0; i < kAngles; ++i)
+    {
+        if (value[at(i)] > value[at((i + kAngles - 1) % kAngles)] || value[at(i)] > value[at((i + 1) % kAngles)])
+            continue;
+        Placing const trough = refinedPlacing(i_form, (i - 1) * step, (i + 1) * step);
+        if (trough.value < best.value)
+            best = trough;
+    }
     return best;
 }
 

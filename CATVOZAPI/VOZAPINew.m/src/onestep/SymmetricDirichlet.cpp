@@ -31,8 +31,8 @@ namespace
 constexpr double kLeastEigenvalue = 1.0e-9;
 constexpr double kFoldShare = 0.9; // of the way to the first fold
 constexpr double kArmijo = 1.0e-4;
-constexpr double kDecrement = 1.0e-2, kWayDecrement = 0.05; // sqrt(-slope/E) at which a run ends
-constexpr double kNearDecrement = 0.1; // a full step from here leads below that of the way: no need to look
+constexpr double kDecrement = 1.0e-2, kWayDecrement = 0.2; // sqrt(-slope/E) at which a run ends
+constexpr double kNearDecrement = 0.3; // a full step from here leads below that of the way: no need to look
 constexpr int kGreatestSteps = 60, kHalvings = 30;
 
 std::size_t at(int i)
@@ -46,17 +46,22 @@ struct SingularValues
     Mat2 u, v; // rotations
 };
 
+Mat2 rotation(Vec2 a)
+{
+    return {a.x, -a.y, a.y, a.x};
+}
+
 // Closed form for det > 0: angle sum and difference of the two rotations.
 SingularValues decompose(Mat2 const & g)
 {
     double const e = 0.5 * (g.m11 + g.m22), f = 0.5 * (g.m11 - g.m22);
     double const h = 0.5 * (g.m21 + g.m12), k = 0.5 * (g.m21 - g.m12);
     double const q = std::sqrt(e * e + k * k), r = std::sqrt(f * f + h * h);
-    double const sum = std::atan2(k, e), difference = std::atan2(h, f);
-    double const angleU = 0.5 * (difference + sum), angleV = 0.5 * (difference - sum);
-    auto const rotation = [](double a) { return Mat2{std::cos(a), -std::sin(a), std::sin(a), std::cos(a)}; };
+    Vec2 const sum = geometry::halfAngle(e, k, q), difference = geometry::halfAngle(f, h, r); // cosine and sine
+    Mat2 const u = rotation({difference.x * sum.x - difference.y * sum.y, difference.y * sum.x + difference.x * sum.y});
+    Mat2 const v = rotation({difference.x * sum.x + difference.y * sum.y, difference.y * sum.x - difference.x * sum.y});
     double const s1 = q + r;
-    return {s1, det(g) / s1, rotation(angleU), rotation(angleV)};
+    return {s1, det(g) / s1, u, v};
 }
 
 // U m V^T
@@ -118,7 +123,7 @@ void SymmetricDirichlet::addPoint(IntegrationPoint const & i_point, std::span<Ve
                                   std::vector<double> & io_gradient, std::vector<double> & io_values) const
 {
     SingularValues const svd = decompose(inverseGradient(i_point, i_flat));
-    double const s1 = svd.s1, s2 = svd.s2, cube = std::pow(s1 * s2, 3.0), half = std::sqrt(0.5);
+    double const s1 = svd.s1, s2 = svd.s2, j = s1 * s2, cube = j * j * j, half = std::sqrt(0.5);
     double const psi1 = s1 - 1.0 / (s1 * s1 * s1), psi2 = s2 - 1.0 / (s2 * s2 * s2);
     Mat2 const stress = between(svd, {psi1, 0.0, 0.0, psi2});
     struct Pair
@@ -212,8 +217,7 @@ int SymmetricDirichlet::minimise(double i_penalty, Aim i_aim, std::function<bool
 {
     std::vector<double> gradient, values, side(2 * io_flat.size());
     std::vector<Vec2> step(io_flat.size()), trial(io_flat.size());
-    static double kd = getenv("KD") ? atof(getenv("KD")) : 1e-2, kw = getenv("KW") ? atof(getenv("KW")) : .05;
-    double const limit = i_aim == Aim::Final ? kd : kw;
+    double const limit = i_aim == Aim::Final ? kDecrement : kWayDecrement;
     double now = energy(io_flat, i_penalty);
     for (int count = 0; count < kGreatestSteps; ++count)
     {
@@ -231,7 +235,6 @@ int SymmetricDirichlet::minimise(double i_penalty, Aim i_aim, std::function<bool
             slope += gradient[2 * i] * step[i].x + gradient[2 * i + 1] * step[i].y;
         }
         double const decrement = slope < 0.0 ? std::sqrt(-slope / now) : 0.0;
-        if (getenv("DBG")) fprintf(stderr,"start pen %g dec %.3e E %.8g\n", i_penalty, decrement, now);
         if (decrement < limit)
             return count;
         double factor = greatestStep(io_flat, step), next = now;

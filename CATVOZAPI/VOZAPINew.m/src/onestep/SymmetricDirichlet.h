@@ -21,7 +21,7 @@ public:
 
     enum class Aim
     {
-        OnTheWay, // another run follows: a decrement of a twentieth of the root of the energy is enough
+        OnTheWay, // another run follows: a decrement of a fifth of the root of the energy is enough
         Final     // a hundredth
     };
     // Improves a flat without folds until the Newton decrement is small. i_penalty 0: holds do not act. i_stop: asked

@@ -5,6 +5,8 @@
 
 #include "ElemProperty.h"
 #include "MeshRows.h"
+#include "RowMath.h"
+#include "VOZMesh.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -68,6 +70,23 @@ inline VOZMaterial const * MaterialOf(ElemProperty const & i_property, int i_nIn
 {
     int const nCount = i_property.sizeProperty();
     return nCount > 0 && i_nIndex >= 0 && i_nIndex <= nCount ? i_property.material(i_nIndex) : nullptr;
+}
+
+// A position in metres as the frame of the job sees it, against that of the part, in the sheet plane.
+inline void EvalPlanarDifference(rowmath::Frame const & i_frame, double const * i_padPart, double const * i_padMoved,
+                                 double * o_adDifference)
+{
+    double adPart[3];
+    double adMoved[3];
+    i_frame.fromGlobal(i_padPart, adPart);
+    i_frame.fromGlobal(i_padMoved, adMoved);
+    rowmath::subtract(adMoved, adPart, o_adDifference);
+    o_adDifference[2] = 0.0;
+}
+
+inline bool HasCoordinates(VOZMesh_s const * i_psMesh)
+{
+    return i_psMesh != nullptr && i_psMesh->m_padNodalCoords != nullptr;
 }
 } // namespace solverrows
 

@@ -2,7 +2,7 @@
 
 #include "VOZSolverMultiStage.h"
 
-#include "RowMath.h"
+#include "SolverRows.h"
 
 #include "CATFatalError.h"
 #include "Result.h"
@@ -14,6 +14,8 @@
 #include <algorithm>
 #include <cstddef>
 
+using namespace solverrows;
+
 namespace
 {
 constexpr std::ptrdiff_t kPlaces = 4; // integration points that the kernel allocates per element
@@ -21,23 +23,6 @@ constexpr std::ptrdiff_t kPlaces = 4; // integration points that the kernel allo
 bool HasLayers(Result ** i_apLayers)
 {
     return i_apLayers != nullptr && i_apLayers[0] != nullptr && i_apLayers[1] != nullptr && i_apLayers[2] != nullptr;
-}
-
-// A position in metres as the frame of the job sees it, against that of the part, in the sheet plane.
-void EvalPlanarDifference(rowmath::Frame const & i_frame, double const * i_padPart, double const * i_padMoved,
-                          double * o_adDifference)
-{
-    double adPart[3];
-    double adMoved[3];
-    i_frame.fromGlobal(i_padPart, adPart);
-    i_frame.fromGlobal(i_padMoved, adMoved);
-    rowmath::subtract(adMoved, adPart, o_adDifference);
-    o_adDifference[2] = 0.0;
-}
-
-bool HasCoordinates(VOZMesh_s const * i_psMesh)
-{
-    return i_psMesh != nullptr && i_psMesh->m_padNodalCoords != nullptr;
 }
 } // namespace
 

@@ -38,6 +38,10 @@ public:
     // False for a child that still runs.
     static bool GetExitCodeProcess(void * i_process, unsigned int & o_code);
 
+    // The exit code of the child that WaitForSingleObject of this thread last saw end: for a caller who had the child
+    // started and waited for by others. 0 before there was one.
+    static unsigned int LastExitCode();
+
     static bool CloseHandle(void * i_handle); // the child itself goes on; null gives false
 
     // The command interpreter runs the command and is waited for; returns the command's exit code. Off Windows one

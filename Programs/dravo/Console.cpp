@@ -11,7 +11,7 @@
 
 namespace
 {
-constexpr int kStages = 6; // of a run: mesh, stamping frame, deck, solver, results, output
+constexpr int kStages = 6; // of most runs; a route may have one less, springback is one more
 
 volatile std::sig_atomic_t g_interrupted = 0;
 
@@ -65,14 +65,31 @@ void Console::Stage(std::string const & i_name)
         std::fprintf(stderr, "dravo: %s\n", i_name.c_str());
         return;
     }
+    mStageName = i_name;
+    mPercent = -1;
+    ShowBar();
+    if (i_name == "solver program") // which shows its own progress below
+        EndBar();
+    std::fflush(stderr);
+}
+
+void Console::Progress(int i_percent)
+{
+    if (!mHasBar || i_percent == mPercent)
+        return;
+    mPercent = i_percent;
+    ShowBar();
+    std::fflush(stderr);
+}
+
+void Console::ShowBar()
+{
     std::string bar(kStages, '.');
     for (int i = 0; i < mStage && i < kStages; ++i)
         bar[static_cast<std::size_t>(i)] = '#';
-    std::fprintf(stderr, "\r\x1b[K[%s] %s", bar.c_str(), i_name.c_str());
+    std::string const percent = mPercent < 0 ? "" : " " + std::to_string(mPercent) + " %";
+    std::fprintf(stderr, "\r\x1b[K[%s] %s%s", bar.c_str(), mStageName.c_str(), percent.c_str());
     mIsBarOpen = true;
-    if (i_name == "solver") // which shows its own progress below
-        EndBar();
-    std::fflush(stderr);
 }
 
 void Console::EndBar()

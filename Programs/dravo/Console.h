@@ -6,7 +6,7 @@
 #ifndef CONSOLE_H
 #define CONSOLE_H
 
-#include "FileRoute.h"
+#include "Route.h"
 
 #include <string>
 
@@ -26,6 +26,7 @@ public:
     void Stage(std::string const & i_name) override;
     void Warning(std::string const & i_text) override;
     void Remark(std::string const & i_text) override; // where the talk is verbose
+    void Progress(int i_percent) override;            // in the bar
     bool IsInterrupted() override;
 
     void Note(std::string const & i_text); // unless the talk is quiet
@@ -38,10 +39,14 @@ public:
     static void WatchForInterrupt();
 
 private:
+    void ShowBar();
+
     Talk mTalk;
     bool mHasBar;
     bool mIsBarOpen = false;
     int mStage = 0;
+    std::string mStageName;
+    int mPercent = -1;
 };
 
 #endif

@@ -161,6 +161,17 @@ int Convert(MeshArguments const & i_arguments)
     return ExitDone;
 }
 
+// Empty for a file whose extension tells a format that can be written.
+std::string CheckExtension(std::string const & i_path)
+{
+    if (FormatOfPath(i_path) != MeshFormat::Unknown && !i_path.ends_with(".gz")) // nothing is written zipped
+        return {};
+    std::string known;
+    for (MeshFormatName const & format : MeshFormats())
+        known += (known.empty() ? "" : " ") + std::string(format.extensions);
+    return "\"" + i_path + "\" has no extension of a mesh format; expected one of " + known;
+}
+
 void AddMesh(CLI::App & io_verb, MeshArguments & io_arguments)
 {
     io_verb
@@ -202,7 +213,9 @@ void AddConvert(CLI::App & io_app, Action & io_action)
     auto const arguments = std::make_shared<MeshArguments>();
     CLI::App * const verb = io_app.add_subcommand("convert", "Write a mesh in another format, in millimetres");
     AddMesh(*verb, *arguments);
-    verb->add_option("OUT", arguments->out, "File to write; its extension tells the format")->required();
+    verb->add_option("OUT", arguments->out, "File to write; its extension tells the format")
+        ->required()
+        ->check(CheckExtension);
     verb->footer("Example: dravo convert part.k part.bdf");
     verb->callback([&io_action, arguments] { io_action = [arguments] { return Convert(*arguments); }; });
 }

@@ -5,6 +5,7 @@
 #include "JobModel.h"
 #include "OutputFile.h"
 #include "Run.h"
+#include "SpringbackModel.h"
 #include "Verbs.h"
 
 #include <nlohmann/json.hpp>
@@ -18,7 +19,7 @@ using namespace voz::workbench;
 struct RunArguments
 {
     std::string job;
-    std::string route = "file";
+    std::string route = kKernelRoute;
     std::string out;
     std::string solver;
     int threads = 0;
@@ -31,17 +32,28 @@ struct RunArguments
     Talk TalkOf() const { return isQuiet ? Talk::Quiet : isVerbose ? Talk::Verbose : Talk::Usual; }
 };
 
+// Wrong use is told while the command line is read.
+void CheckSolverOption(RunArguments const & i_arguments)
+{
+    if (!i_arguments.solver.empty() && i_arguments.route != kFileRoute)
+        throw CLI::ValidationError("--solver",
+                                   "the " + i_arguments.route + " route starts no solver program; --route file does");
+}
+
 int Run(RunArguments const & i_arguments)
 {
     Console console(i_arguments.TalkOf());
     Job const job = ReadJob(i_arguments.job);
     RunOptions options;
     options.out = i_arguments.out;
+    options.route = i_arguments.route;
     options.solver = i_arguments.solver;
     options.threads = i_arguments.threads;
     options.isSolverSilent = !console.HasBar();
     options.areTimesKept = i_arguments.areTimesKept;
     options.command = "dravo run " + i_arguments.job;
+    if (i_arguments.route != kKernelRoute)
+        options.command += " --route " + i_arguments.route;
     RunRecord const record = RunJob(job, options, console);
     console.EndBar();
     if (i_arguments.isVerbose)
@@ -78,11 +90,16 @@ int Check(RunArguments const & i_arguments)
 {
     Console console(i_arguments.TalkOf());
     Job const job = ReadJob(i_arguments.job);
-    CheckFileRoute(job);
+    std::unique_ptr<Route> const route = MakeRoute(i_arguments.route, i_arguments.solver);
+    route->CheckJob(job);
     JobModel const model = ReadModel(job);
+    route->CheckModel(job, model);
+    CheckRunFolder(job, i_arguments.out, *route);
     Tipping const tipping = FindTipping(job, model);
     Process process;
-    BuildProcess(job, model, tipping, process);
+    BuildProcess(job, model, tipping, route->PadsBy(), process);
+    if (job.HasSpringback())
+        SelectForSpringback(job, model, MakeWhole(model.mesh.mesh, tipping.frame, tipping.symmetry));
     std::vector<std::string> warnings = job.warnings;
     warnings.insert(warnings.end(), model.warnings.begin(), model.warnings.end());
     warnings.insert(warnings.end(), process.warnings.begin(), process.warnings.end());
@@ -94,16 +111,17 @@ int Check(RunArguments const & i_arguments)
         PrintJson({{"schema", 1},
                    {"job", i_arguments.job},
                    {"title", job.title},
+                   {"route", route->Name()},
                    {"nodes", model.report.nodes},
                    {"elements", model.report.elements},
                    {"stamping_frame", JsonOf(tipping)},
                    {"warnings", warnings},
                    {"remarks", model.remarks}});
     else
-        Console::Print(i_arguments.job + ": can be run: " + std::to_string(model.report.nodes) + " nodes, " +
-                       std::to_string(model.report.elements) + " elements, " +
-                       std::to_string(tipping.undercutElements) + " undercut, " + std::to_string(warnings.size()) +
-                       (warnings.size() == 1 ? " warning\n" : " warnings\n"));
+        Console::Print(i_arguments.job + ": can be run by the " + route->Name() + " route: " +
+                       std::to_string(model.report.nodes) + " nodes, " + std::to_string(model.report.elements) +
+                       " elements, " + std::to_string(tipping.undercutElements) + " undercut, " +
+                       std::to_string(warnings.size()) + (warnings.size() == 1 ? " warning\n" : " warnings\n"));
     return i_arguments.isStrict && !warnings.empty() ? ExitCheckFailed : ExitDone;
 }
 
@@ -137,6 +155,18 @@ void AddJob(CLI::App & io_verb, RunArguments & io_arguments)
     io_verb.add_flag("--json", io_arguments.isJson, "One JSON document in place of the table");
 }
 
+void AddRoute(CLI::App & io_verb, RunArguments & io_arguments)
+{
+    io_verb
+        .add_option("--route", io_arguments.route,
+                    "How it is solved: kernel (in this process) or file (a deck, a solver program)")
+        ->check(CLI::IsMember(RouteNames()))
+        ->capture_default_str();
+    io_verb.add_option("--out", io_arguments.out, "Folder in which the numbered folder of a run is made");
+    io_verb.add_option("--solver", io_arguments.solver,
+                       "Solver program of the file route in place of the one beside dravo");
+}
+
 void AddTalk(CLI::App & io_verb, RunArguments & io_arguments)
 {
     auto * const quiet =
@@ -152,13 +182,16 @@ void AddRun(CLI::App & io_app, Action & io_action)
     CLI::App * const verb = io_app.add_subcommand("run", "Form a part: blank, strains, zones, report");
     AddJob(*verb, *arguments);
     AddTalk(*verb, *arguments);
-    verb->add_option("--route", arguments->route, "How it is solved: file")->check(CLI::IsMember({"file"}));
-    verb->add_option("--out", arguments->out, "Folder in which the numbered folder of this run is made");
+    AddRoute(*verb, *arguments);
     verb->add_option("--threads", arguments->threads, "Threads of the solver")->check(CLI::Range(1, 1024));
-    verb->add_option("--solver", arguments->solver, "Solver program in place of the one beside dravo");
     verb->add_flag("--times", arguments->areTimesKept, "Keep the time of each stage in report and summary");
     verb->footer("Example: dravo run examples/square_cup/job.toml --out results --json");
-    verb->callback([&io_action, arguments] { io_action = [arguments] { return Run(*arguments); }; });
+    verb->callback(
+        [&io_action, arguments]
+        {
+            CheckSolverOption(*arguments);
+            io_action = [arguments] { return Run(*arguments); };
+        });
 }
 
 void AddCheck(CLI::App & io_app, Action & io_action)
@@ -167,8 +200,14 @@ void AddCheck(CLI::App & io_app, Action & io_action)
     CLI::App * const verb = io_app.add_subcommand("check", "Read and validate everything, solve nothing");
     AddJob(*verb, *arguments);
     AddTalk(*verb, *arguments);
+    AddRoute(*verb, *arguments);
     verb->footer("Example: dravo check --strict examples/bracket/job.toml");
-    verb->callback([&io_action, arguments] { io_action = [arguments] { return Check(*arguments); }; });
+    verb->callback(
+        [&io_action, arguments]
+        {
+            CheckSolverOption(*arguments);
+            io_action = [arguments] { return Check(*arguments); };
+        });
 }
 
 void AddExplain(CLI::App & io_app, Action & io_action)

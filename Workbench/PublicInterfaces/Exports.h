@@ -48,11 +48,13 @@ struct BlankExportOptions
 double WriteBlankDxf(Outcome const & i_outcome, BlankExportOptions const & i_options, std::string const & i_path);
 double WriteBlankSvg(Outcome const & i_outcome, BlankExportOptions const & i_options, std::string const & i_path);
 
-// The formed part ("part.vtu"), the flat blank ("blank.vtu") and the series of both ("results.pvd") in i_folder.
+// The formed part ("part.vtu"), the flat blank ("blank.vtu"), where the outcome has them the blank on the binder
+// ("binder.vtu") and the sprung shape ("springback.vtu"), and the series of all ("results.pvd") in i_folder.
 // Float64 points, Float32 fields, appended and deflated. Field names carry their units.
 void WriteVtu(Outcome const & i_outcome, std::string const & i_folder);
 
-// "nodes.csv", "elements.csv", "fld.csv" in i_folder: UTF-8, decimal point, a header with units.
+// "nodes.csv", "elements.csv", "fld.csv", and where the outcome has them "elements_top.csv", "elements_bottom.csv" and
+// "springback.csv", in i_folder: UTF-8, decimal point, a header with units.
 void WriteTables(Outcome const & i_outcome, std::string const & i_folder);
 
 } // namespace voz::workbench

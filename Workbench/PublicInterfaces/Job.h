@@ -95,6 +95,38 @@ struct JobConstraint // displacement from the part to the flat, in the stamping 
     JobSelection nodes;
 };
 
+struct JobBinder // on which the blank lies when it has closed
+{
+    std::string mesh; // path that can be opened
+    int line = 0;
+    double unitLength = 0.0; // mm per length unit of the mesh file; 0: what the file says, else mm
+};
+
+struct JobAutoStrain // the restraint at the rim follows from strains that are to be reached
+{
+    std::optional<Point3> target; // mm, global: the nearest node counts
+    std::optional<Point3> reference;
+    double targetStrain = 0.0; // percent, engineering, major
+    double referenceStrain = 0.0;
+    double value = 0.0; // above 0: scales the first guess
+    int line = 0;
+};
+
+struct JobSpringback // the shape after the tools let go
+{
+    bool isOn = true;
+    bool isBoundaryHeld = false;           // all free edges of what is left of the part
+    std::vector<JobSelection> constraints; // nodes that are held
+    std::optional<JobSelection> trimmed;   // elements that are cut off before
+    std::vector<int> alignNodes;           // ids; up to four, these and the points together
+    std::vector<Point3> alignPoints;       // mm, global: the nearest nodes count
+    std::vector<int> watchNodes;           // ids of the nodes whose deviation is told
+    std::vector<Point3> watchPoints;
+    std::optional<JobPlane> section; // of the picture; none: through the largest deviation
+    double exaggeration = 0.0;       // of the picture; 0: chosen
+    int line = 0;
+};
+
 struct JobLimits
 {
     double fldZero = 0.0; // percent
@@ -149,6 +181,9 @@ struct Job
     std::vector<JobBead> beads;
     std::vector<JobPad> pads;
     std::vector<JobConstraint> constraints;
+    std::optional<JobBinder> binder;
+    std::optional<JobAutoStrain> autoStrain;
+    std::optional<JobSpringback> springback;
     JobLimits limits;
     JobOutputs outputs;
     int threads = 0; // 0: as many as the process may use
@@ -156,6 +191,8 @@ struct Job
     std::vector<OutcomeParameter> parameters; // every value, in the order of the file's description
     std::vector<OutcomeInput> lockedInputs;   // of a locked job: what the inputs were
     std::vector<std::string> warnings;
+
+    bool HasSpringback() const { return springback && springback->isOn; }
 };
 
 // Throws InputError. i_path "-" reads standard input, with paths relative to the current folder.

@@ -14,6 +14,7 @@
 #include "Symmetry.h"
 #include "VOZCatAxis.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -27,6 +28,7 @@ struct JobModel
 {
     MeshModel mesh;
     MeshReport report;                 // of the mesh as it goes into the run
+    std::optional<MeshModel> binder;   // in the same place as the part
     std::vector<std::string> remarks;  // what was done to it
     std::vector<std::string> warnings; // what is unusual about it
 };
@@ -55,6 +57,14 @@ void RequireFrame(Tipping const & i_tipping, std::string const & i_mesh, std::st
 std::vector<int> NodesOf(JobSelection const & i_selection, Job const & i_job, JobModel const & i_model);
 std::vector<int> ElementsOf(JobSelection const & i_selection, Job const & i_job, JobModel const & i_model);
 
+// The node nearest to a place, and the node of an id: positions. The latter throws InputError for an id that the mesh
+// does not have.
+int NearestNode(VOZCatMesh const & i_mesh, Point3 const & i_place);
+int NodeOfId(int i_id, std::string const & i_key, int i_line, Job const & i_job, JobModel const & i_model);
+
+// The material of each element, 1-based, entry 0 unused. Throws InputError for elements of two materials or of none.
+std::vector<int> MaterialOfElements(Job const & i_job, JobModel const & i_model);
+
 // What acts on the sheet, for every route: mm, holder force N, bead force N/m, pad pressure Pa.
 struct Process
 {
@@ -64,14 +74,27 @@ struct Process
     FullBlankHolder fullHolder;
     std::vector<std::string> warnings;
 };
+// The rows of a pad: the deck knows a pad by its nodes, the kernel's records by its elements.
+enum class PadRows
+{
+    Nodes,
+    Elements
+};
+
 // Fills io_process, which must be fresh. Throws InputError.
-void BuildProcess(Job const & i_job, JobModel const & i_model, Tipping const & i_tipping, Process & io_process);
+void BuildProcess(Job const & i_job, JobModel const & i_model, Tipping const & i_tipping, PadRows i_padRows,
+                  Process & io_process);
+
+// Elements outside a pad all of whose corners are corners of its elements: what a list of nodes cannot leave out.
+int ElementsCaught(JobPad const & i_pad, Job const & i_job, JobModel const & i_model);
 
 // Both records of one material: the process model's in mm and MPa, the kernel's in m and Pa.
-void FillMaterials(JobMaterial const & i_material, double i_thickness, JobLimits const & i_limits,
-                   Material & io_material, VOZMaterial & io_kernelMaterial);
+void FillMaterials(Job const & i_job, JobMaterial const & i_material, Material & io_material,
+                   VOZMaterial & io_kernelMaterial);
 
-FormingLimit LimitOf(Job const & i_job); // with FLD0 as the job has it
+// With FLD0 as the job has it; where the job gives none, that of thickness and material.
+FormingLimit LimitOf(Job const & i_job, JobMaterial const & i_material);
+double FldZeroOf(Job const & i_job, JobMaterial const & i_material); // percent
 
 // The limits as the configuration file holds them: true strains for thinning, fractions for shear.
 std::string ConfigurationText(JobLimits const & i_limits);

@@ -12,6 +12,7 @@
 #include "VOZCatAxis.h"
 
 #include <array>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -55,6 +56,49 @@ struct BlankLoop
     std::vector<std::array<double, 2>> points; // stamping frame, mm; the outer loop counter-clockwise, holes clockwise
     bool outer = false;
     double length = 0.0; // mm
+};
+
+// The distance of the sprung shape from the formed part, node by node, mm.
+struct DeviationFigures
+{
+    double largest = 0.0;
+    int largestNode = 0; // 0-based
+    double mean = 0.0;   // over the surface that is left after trimming
+};
+
+struct SpringbackPoint // whose deviation is told
+{
+    int node = 0;                // 0-based
+    double before = 0.0;         // mm
+    std::optional<double> after; // aligned
+    std::optional<Point3> asked; // the place that the job names, mm; none: the job names the node
+};
+
+struct SectionPlane
+{
+    Point3 normal{}; // unit, global
+    Point3 point{};  // mm
+};
+
+// The shape after the tools let go. A model with planes of symmetry springs back as the whole part: the mesh here holds
+// the model first, then its images.
+struct SpringbackOutcome
+{
+    VOZCatMesh part;            // formed, whole, global, mm
+    int modelNodes = 0;         // of its nodes are those of the model
+    std::vector<Point3> before; // per node: part to sprung shape, global, mm, as the solver leaves it
+    std::vector<Point3> after;  // the same once it is laid on the part at the chosen points; empty without such points
+    std::vector<int> trimmed;   // per element: 1 if it was cut off
+    std::vector<int> aligned;   // the chosen points, 0-based nodes
+    DeviationFigures figuresBefore;
+    DeviationFigures figuresAfter;
+    std::vector<SpringbackPoint> points;
+    SectionPlane section;
+    double exaggeration = 1.0; // of the picture of the section
+    std::vector<std::string> remarks;
+
+    std::vector<Point3> const & Shown() const { return after.empty() ? before : after; }
+    DeviationFigures const & Figures() const { return after.empty() ? figuresBefore : figuresAfter; }
 };
 
 // What an engineer asks first. A model with planes of symmetry is told for the model and, where it adds up, for the
@@ -115,19 +159,25 @@ struct OutcomeInput
 struct Outcome
 {
     std::string title; // of the job
-    std::string route; // "file"
+    std::string route; // "kernel", "file"
     VOZCatMesh part;   // formed part, global, mm
     VOZCatAxis frame;  // stamping frame
     Symmetry symmetry;
     std::string materialName;
-    std::string materialSource;  // where its figures come from
-    double firstThickness = 0.0; // mm
-    double density = 0.0;        // kg/m^3
-    FormingLimit limit;          // with FLD0 and margins in percent
-    std::string limitSource;     // formula or origin of the curve, in words
-    std::vector<int> undercut;   // per element: 1 if it faces away from the stamping direction
-    std::vector<ElementOutcome> elements;
+    std::string materialSource;           // where its figures come from
+    double firstThickness = 0.0;          // mm
+    double density = 0.0;                 // kg/m^3
+    FormingLimit limit;                   // with FLD0 and margins in percent; of several materials the lowest
+    std::string limitSource;              // formula or origin of the curve, in words
+    std::vector<FormingLimit> limits;     // of each material where there are several
+    std::vector<int> materials;           // per element: 0-based, where there are several
+    std::vector<int> undercut;            // per element: 1 if it faces away from the stamping direction
+    std::vector<ElementOutcome> elements; // mid-surface
+    std::vector<ElementOutcome> top; // the sheet's surfaces, from a route that gives them; thickness, stress: middle's
+    std::vector<ElementOutcome> bottom;
     std::vector<NodeOutcome> nodes;
+    bool hasBinder = false; // and the nodes' places on it
+    std::optional<SpringbackOutcome> springback;
     std::vector<BlankLoop> blank; // outer loop first
     OutcomeSummary summary;
     std::vector<OutcomeCheck> checks;
@@ -138,6 +188,11 @@ struct Outcome
     std::string command; // to repeat the run
     std::string version; // of the program
     std::string log;     // the solver's iteration table
+
+    FormingLimit const & LimitOf(std::size_t i_element) const // of the element's material
+    {
+        return limits.empty() ? limit : limits[static_cast<std::size_t>(materials[i_element])];
+    }
 };
 
 // Fills loops, areas, rectangle, shares and extremes from part, frame, nodes, elements, symmetry, density and

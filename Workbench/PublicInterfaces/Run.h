@@ -7,9 +7,9 @@
 #ifndef RUN_H
 #define RUN_H
 
-#include "FileRoute.h"
 #include "Job.h"
 #include "Outcome.h"
+#include "Route.h"
 
 #include <nlohmann/json_fwd.hpp>
 #include <string>
@@ -20,10 +20,11 @@ namespace voz::workbench
 
 struct RunOptions
 {
-    std::string out;            // where the numbered folder is made; empty: as the job says, else "out"
-    std::string solver;         // path of the solver program; empty: see FindSolverProgram
+    std::string out; // where the numbered folder is made; empty: as the job says, else "out"
+    std::string route = kKernelRoute;
+    std::string solver;         // path of the solver program of the file route; empty: see FindSolverProgram
     int threads = 0;            // 0: as the job says
-    bool isSolverSilent = true; // see FileRouteOptions
+    bool isSolverSilent = true; // see RouteOptions
     bool areTimesKept = false;  // in report and summary; without them the same input gives the same bytes
     std::string command;        // to repeat the run
 };
@@ -42,6 +43,10 @@ struct RunRecord
     std::vector<int> elementIds; // of the mesh file, per element
     std::vector<int> nodeIds;
 };
+
+// Whether a run could make its folder: nothing of it is made. i_out: as in RunOptions. Throws InputError for a folder
+// that the route cannot work in, OutputError for one that cannot be made.
+void CheckRunFolder(Job const & i_job, std::string const & i_out, Route const & i_route);
 
 // Throws InputError, OutputError, SolverError, Interrupted.
 RunRecord RunJob(Job const & i_job, RunOptions const & i_options, RunObserver & io_observer);

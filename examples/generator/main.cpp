@@ -32,6 +32,19 @@ void writeAll(std::filesystem::path const & folder)
                  {"Hat section, 60 wide", 1.0}, NastranField::Small);
     writeNastran(file("bracket", "bracket.bdf"), bracket(Bracket{}, Cells::Triangles),
                  {"Bracket with a hole and a bent flange", 1.2}, NastranField::Large);
+    writeKeyword(
+        file("square_cup_quads", "square_cup_quads.k"), squareCup(squareCup40(), Extent::Quarter, Cells::Quads),
+        {"Quarter of the square cup of NUMISHEET'93, 40 mm deep, in quadrilaterals", 0.78}, KeywordField::Columns);
+    writeNastran(file("v_bend", "v_bend.bdf"), vBend(VBend{}, 60.0, 20, Cells::Quads),
+                 {"V bend of 90 degrees, mid radius 10", 0.78}, NastranField::Large);
+    Panel const shape;
+    writeNastran(file("curved_binder", "panel.bdf"), panel(shape, Cells::Triangles),
+                 {"Pocket in a panel that is bent to a radius of 300", 0.8}, NastranField::Large);
+    // Wider than the blank, in facets of a millimetre: the blank lies within a micrometre of the cylinder.
+    SurfaceMesh binder = cylinder(shape.radius, 0.36, 216, 150.0, 3, Cells::Quads);
+    for (Point3 & node : binder.nodes)
+        node[1] -= 75.0; // its middle under the panel's
+    writeNastran(file("curved_binder", "binder.bdf"), binder, {"Binder surface, radius 300", 0.8}, NastranField::Large);
 }
 
 } // namespace

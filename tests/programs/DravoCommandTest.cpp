@@ -4,6 +4,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <set>
 
 using nlohmann::json;
@@ -33,16 +34,49 @@ TEST_F(DravoCommand, RunFormsAPartIntoANumberedFolder)
     Ran const first = Dravo("run bump.toml --out results");
     ASSERT_EQ(first.code, 0) << first.err;
     for (char const * const name : {"report.html", "blank.dxf", "blank.svg", "part.vtu", "summary.json",
-                                    "job.lock.toml", "solver/deck.fpi", "solver/deck.fpo", "solver/config.cfg"})
+                                    "job.lock.toml", "solver/sum.txt", "solver/sum.log", "solver/config.cfg"})
         EXPECT_TRUE(std::filesystem::exists(Path("results/bump-001/") + name)) << name;
     for (char const * const row :
          {"Blank size", "Blank area", "Blank mass", "Thickness", "Elements", "Punch force", "Undercuts", "report.html"})
         EXPECT_TRUE(first.Shows(row)) << row << "\n" << first.out;
-    EXPECT_EQ(first.err, "dravo: mesh\ndravo: stamping frame\ndravo: deck\ndravo: solver\ndravo: results\n"
-                         "dravo: output\n")
+    EXPECT_EQ(first.err, "dravo: mesh\ndravo: stamping frame\ndravo: solver\ndravo: results\ndravo: output\n")
         << "one plain line per stage in a pipe";
     EXPECT_EQ(Dravo("run bump.toml --out results").code, 0);
     EXPECT_TRUE(std::filesystem::exists(Path("results/bump-002/summary.json"))) << "never overwritten";
+}
+
+TEST_F(DravoCommand, TheFileRouteLeavesItsDeckAndItsText)
+{
+    MakeJob();
+    Ran const ran = Dravo("run bump.toml --route file --out results");
+    ASSERT_EQ(ran.code, 0) << ran.err;
+    for (char const * const name : {"report.html", "solver/deck.fpi", "solver/deck.fpo", "solver/config.cfg"})
+        EXPECT_TRUE(std::filesystem::exists(Path("results/bump-001/") + name)) << name;
+    EXPECT_EQ(ran.err, "dravo: mesh\ndravo: stamping frame\ndravo: deck\ndravo: solver program\ndravo: results\n"
+                       "dravo: output\n");
+    json const summary = json::parse(ReadBack(Path("results/bump-001/summary.json")));
+    EXPECT_EQ(summary["route"], "file");
+    EXPECT_FALSE(summary["strains"].contains("top"));
+    EXPECT_NE(ReadBack(Path("results/bump-001/report.html")).find("dravo run bump.toml --route file"),
+              std::string::npos)
+        << "the command that repeats it";
+}
+
+TEST_F(DravoCommand, TheInProcessRouteTellsThreeLayers)
+{
+    MakeJob("[output]\ntables = true\n");
+    ASSERT_EQ(Dravo("run bump.toml").code, 0);
+    json const summary = json::parse(ReadBack(Path("out/bump-001/summary.json")));
+    EXPECT_EQ(summary["route"], "kernel");
+    double const middle = summary["strains"]["greatest_major_percent"].get<double>();
+    EXPECT_GT(std::max(summary["strains"]["top"]["greatest_major_percent"].get<double>(),
+                       summary["strains"]["bottom"]["greatest_major_percent"].get<double>()),
+              middle)
+        << "bending stretches one side more";
+    for (char const * const name : {"elements.csv", "elements_top.csv", "elements_bottom.csv"})
+        EXPECT_TRUE(std::filesystem::exists(Path("out/bump-001/") + name)) << name;
+    EXPECT_NE(ReadBack(Path("out/bump-001/part.vtu")).find("major strain, top (%)"), std::string::npos);
+    EXPECT_NE(ReadBack(Path("out/bump-001/report.html")).find("<section id=\"layers\">"), std::string::npos);
 }
 
 TEST_F(DravoCommand, RunAsJsonIsOneDocumentWithUnitsInItsKeys)
@@ -76,8 +110,12 @@ TEST_F(DravoCommand, TheSameInputGivesTheSameBytesWhateverTheThreads)
     MakeJob();
     ASSERT_EQ(Dravo("run bump.toml --out a --threads 1").code, 0);
     ASSERT_EQ(Dravo("run bump.toml --out b --threads 2").code, 0);
-    for (char const * const name : {"summary.json", "blank.dxf", "part.vtu", "report.html", "solver/deck.fpo"})
+    for (char const * const name : {"summary.json", "blank.dxf", "part.vtu", "report.html", "solver/sum.log"})
         EXPECT_EQ(ReadBack(Path("a/bump-001/") + name), ReadBack(Path("b/bump-001/") + name)) << name;
+    ASSERT_EQ(Dravo("run bump.toml --route file --out a --threads 1").code, 0);
+    ASSERT_EQ(Dravo("run bump.toml --route file --out b --threads 2").code, 0);
+    for (char const * const name : {"summary.json", "blank.dxf", "part.vtu", "report.html", "solver/deck.fpo"})
+        EXPECT_EQ(ReadBack(Path("a/bump-002/") + name), ReadBack(Path("b/bump-002/") + name)) << name;
 }
 
 TEST_F(DravoCommand, TheLockedJobRunsToTheSameBlank)
@@ -85,7 +123,8 @@ TEST_F(DravoCommand, TheLockedJobRunsToTheSameBlank)
     MakeJob();
     ASSERT_EQ(Dravo("run bump.toml --out a").code, 0);
     ASSERT_EQ(Dravo("run a/bump-001/job.lock.toml --out b").code, 0);
-    EXPECT_EQ(ReadBack(Path("a/bump-001/solver/deck.fpo")), ReadBack(Path("b/bump-001-001/solver/deck.fpo")));
+    EXPECT_EQ(ReadBack(Path("a/bump-001/blank.dxf")), ReadBack(Path("b/bump-001-001/blank.dxf")));
+    EXPECT_EQ(ReadBack(Path("a/bump-001/part.vtu")), ReadBack(Path("b/bump-001-001/part.vtu")));
     Write("bump.bdf", Bump() + "$ changed\n");
     EXPECT_TRUE(Dravo("run a/bump-001/job.lock.toml --out b").Says("is not what it was when the job was locked"));
 }
@@ -95,7 +134,7 @@ TEST_F(DravoCommand, CheckSolvesNothing)
     MakeJob();
     Ran const ran = Dravo("check bump.toml");
     EXPECT_EQ(ran.code, 0) << ran.err;
-    EXPECT_TRUE(ran.Shows("can be run: 49 nodes, 36 elements"));
+    EXPECT_TRUE(ran.Shows("can be run by the kernel route: 49 nodes, 36 elements"));
     EXPECT_FALSE(std::filesystem::exists(Path("out")));
     EXPECT_EQ(json::parse(Dravo("check bump.toml --json").out)["nodes"], 49);
 }
@@ -247,7 +286,8 @@ TEST_F(DravoCommand, WrongUseIsTwo)
          {"", "frobnicate", "run", "run --no-such-option x", "run x --route tube", "run x --threads 0",
           "run x --quiet --verbose", "inspect x --die-line 0 1", "inspect x --die-line 0 0 0",
           "inspect x --die-line nan 0 1", "inspect x --tolerance nan", "inspect x --tolerance -1",
-          "inspect x --symmetry zx", "convert only_one"})
+          "inspect x --symmetry zx", "convert only_one", "convert a.bdf b.unknown", "convert a.bdf b.bdf.gz",
+          "run x --solver y", "check x --route tube"})
     {
         Ran const ran = Dravo(arguments);
         EXPECT_EQ(ran.code, 2) << arguments;
@@ -265,6 +305,20 @@ TEST_F(DravoCommand, BadJobsAreThreeWithTheirLine)
     Ran const ran = Dravo("run bump.toml");
     EXPECT_EQ(ran.code, 3);
     EXPECT_TRUE(ran.Says("bump.toml:10: unknown key \"frictoin\"; the nearest valid key is \"friction\"")) << ran.err;
+    for (auto const & [from, to] : {std::pair{"[blank]", "[blnak]"}, std::pair{"[mesh]", "[mseh]"},
+                                    std::pair{"[material]", "[materail]"}, std::pair{"thickness", "thicknes"}})
+    {
+        std::string text = JobText();
+        Write("bump.toml", text.replace(text.find(from), std::string(from).size(), to));
+        std::string const key = std::string(from).substr(from[0] == '[' ? 1 : 0, std::string(from).find(']') - 1);
+        EXPECT_TRUE(Dravo("check bump.toml").Says("the nearest valid key is \"" + key)) << Dravo("check bump.toml").err;
+    }
+    for (char const * const thickness : {"1e300", "0", "-1", "nan"})
+    {
+        std::string text = JobText();
+        Write("bump.toml", text.replace(text.find("\"0.8 mm\""), 8, std::string("\"") + thickness + " mm\""));
+        EXPECT_EQ(Dravo("check bump.toml").code, 3) << thickness;
+    }
     EXPECT_EQ(Dravo("run none.toml").code, 3);
     EXPECT_EQ(Dravo("run .").code, 3) << "a folder";
     EXPECT_FALSE(std::filesystem::exists(Path("out"))) << "nothing was made";
@@ -298,10 +352,10 @@ TEST_F(DravoCommand, BadMeshesAreThree)
     EXPECT_EQ(Dravo("run bump.toml").code, 3) << "a folder";
 }
 
-TEST_F(DravoCommand, FoldersThatMarkSpringbackAreRefused)
+TEST_F(DravoCommand, FoldersThatMarkSpringbackAreRefusedByTheFileRoute)
 {
     MakeJob();
-    Ran const ran = Dravo("run bump.toml --out a.spot");
+    Ran const ran = Dravo("run bump.toml --route file --out a.spot");
     EXPECT_EQ(ran.code, 3);
     EXPECT_TRUE(ran.Says(".spo")) << ran.err;
     EXPECT_FALSE(std::filesystem::exists(Path("a.spot")));
@@ -313,12 +367,14 @@ TEST_F(DravoCommand, TooLongAFolderIsRefusedBeforeAnythingIsMade)
     Ran const ran = Dravo("run bump.toml --out " + std::string(240, 'x'));
     EXPECT_EQ(ran.code, 3) << ran.err;
     EXPECT_TRUE(ran.Says("characters too long"));
+    EXPECT_EQ(Dravo("check bump.toml --out " + std::string(240, 'x')).code, 3) << "checked ahead of the run, too";
 }
 
 TEST_F(DravoCommand, ASolverProgramThatIsNotThereIsRefused)
 {
     MakeJob();
-    EXPECT_EQ(Dravo("run bump.toml --solver nothing").code, 3);
+    EXPECT_EQ(Dravo("run bump.toml --route file --solver nothing").code, 3);
+    EXPECT_EQ(Dravo("check bump.toml --route file --solver nothing").code, 3);
 }
 
 // --- 4: no result
@@ -327,10 +383,11 @@ TEST_F(DravoCommand, ASolverProgramThatIsNotThereIsRefused)
 TEST_F(DravoCommand, AChildThatCrashesOrLeavesNothingIsFour)
 {
     MakeJob();
-    for (char const * const lines : {"kill -SEGV $$", "exit 0", "echo out of luck >&2; exit 4",
-                                     "echo '* cut off' >\"${2%.fpi}.fpo\"", ": >\"${2%.fpi}.fpo\""})
+    for (char const * const lines :
+         {"kill -SEGV $$", "exit 0", "echo out of luck >&2; exit 4", "echo '* cut off' >\"${2%.fpi}.fpo\"",
+          ": >\"${2%.fpi}.fpo\"", "'" VOZ_BINARY_DIR "/bin/OneStepSolver' \"$@\" && kill -SEGV $$"})
     {
-        Ran const ran = Dravo("run bump.toml --solver '" + Script(lines) + "'");
+        Ran const ran = Dravo("run bump.toml --route file --solver '" + Script(lines) + "'");
         EXPECT_EQ(ran.code, 4) << lines << ": " << ran.err;
         EXPECT_EQ(ran.out, "") << lines;
         EXPECT_TRUE(ran.Says("error: the solver")) << lines << ": " << ran.err;
@@ -341,7 +398,8 @@ TEST_F(DravoCommand, AChildThatCrashesOrLeavesNothingIsFour)
 TEST_F(DravoCommand, TheSolversLastWordsAreTold)
 {
     MakeJob();
-    Ran const ran = Dravo("run bump.toml --solver '" + Script("echo out of luck at node 9 >&2; exit 4") + "'");
+    Ran const ran =
+        Dravo("run bump.toml --route file --solver '" + Script("echo out of luck at node 9 >&2; exit 4") + "'");
     EXPECT_TRUE(ran.Says("out of luck at node 9")) << ran.err;
 }
 
@@ -355,7 +413,6 @@ TEST_F(DravoCommand, OutputThatCannotBeWrittenIsFive)
     EXPECT_EQ(Dravo("run bump.toml --out file").code, 5);
     EXPECT_EQ(Dravo("init nowhere/job.toml").code, 5);
     EXPECT_EQ(Dravo("convert bump.bdf nowhere/x.stl").code, 5);
-    EXPECT_EQ(Dravo("convert bump.bdf x.unknown").code, 5);
 }
 
 TEST_F(DravoCommand, AFullDeviceIsFive)
@@ -375,8 +432,8 @@ TEST_F(DravoCommand, AnInterruptIsAHundredAndThirtyAndLeavesWhatThereIs)
 {
     MakeJob();
     std::string const solver = Script("sleep 3");
-    Ran const ran =
-        Dravo("run bump.toml --solver '" + solver + "'", "timeout --foreground --preserve-status -s INT 1.5");
+    Ran const ran = Dravo("run bump.toml --route file --solver '" + solver + "'",
+                          "timeout --foreground --preserve-status -s INT 1.5");
     EXPECT_EQ(ran.code, 130) << ran.err;
     EXPECT_TRUE(ran.Says("interrupted")) << ran.err;
     EXPECT_TRUE(std::filesystem::exists(Path("out/bump-001/solver/deck.fpi")));

@@ -1,10 +1,8 @@
 // ExamplesTest.cpp. Each example from its job file to its blank, against figures that come from elsewhere: closed
 // forms, an ordinary differential equation, or the published finite-element values of the method (square cup).
 
-#include "CommandFixture.h"
-#include "Run.h"
+#include "ExamplesFixture.h"
 
-#include "VOZHost.h"
 #include "surfaces/Surfaces.h"
 
 #include <nlohmann/json.hpp>
@@ -13,59 +11,8 @@
 #include <cmath>
 #include <random>
 
-using namespace voz::workbench;
-
 namespace
 {
-class Examples : public CommandFixture
-{
-protected:
-    Examples()
-    {
-        mHost.environment["VOZDRAVO3D"] = VOZ_SOURCE_DIR "/InstallRoot";
-        VOZHost::Install(&mHost);
-    }
-    ~Examples() override
-    {
-        EXPECT_TRUE(mHost.reports.empty()) << mHost.reports.front().text;
-        VOZHost::Install(nullptr);
-    }
-
-    RunRecord Formed(std::string const & i_example)
-    {
-        return FormedJob(ReadJob(VOZ_SOURCE_DIR "/examples/" + i_example + "/job.toml"));
-    }
-
-    // The cylindrical cup with a process of its own.
-    RunRecord FormedCup(std::string const & i_process)
-    {
-        return FormedJob(ParseJob("[mesh]\nfile = \"" VOZ_SOURCE_DIR "/examples/cylindrical_cup/cylindrical_cup.k\"\n" +
-                                      Sheet() + i_process,
-                                  Path("cup.toml")));
-    }
-
-    static std::string Sheet()
-    {
-        return "[blank]\nthickness_mm = 0.78\n[material]\nfrom = \"mild-steel-numisheet93\"\n"
-               "[output]\nreport = false\nvtu = false\ndxf = false\nsvg = false\n";
-    }
-
-    RunRecord FormedJob(Job const & job)
-    {
-        EXPECT_TRUE(job.warnings.empty()) << job.warnings.front();
-        RunOptions options;
-        options.out = Folder();
-        RunObserver nobody;
-        RunRecord record = RunJob(job, options, nobody);
-        EXPECT_FALSE(HasFailedCheck(record.outcome)) << SummaryText(record);
-        EXPECT_EQ(record.outcome.summary.undercutElements, 0);
-        return record;
-    }
-
-private:
-    VOZMemoryHost mHost;
-};
-
 // About the middle of a blank that is symmetric, and of one that ends on its planes.
 struct CupFigures
 {
@@ -136,6 +83,14 @@ TEST_F(Examples, AQuarterOfTheSquareCupHasTheBlankOfTheWhole)
     nlohmann::json const json = SummaryJson(record);
     EXPECT_NEAR(json["blank"]["width_mm"].get<double>(), 2.0 * 78.36, 0.2) << "of the whole part";
     EXPECT_NEAR(json["blank"]["area_mm2"].get<double>(), 4.0 * 5726.0, 32.0);
+}
+
+TEST_F(Examples, InQuadrilateralsTheQuarterHasTheSameBlank)
+{
+    RunRecord const record = Formed("square_cup_quads");
+    ExpectCup40(FiguresOf(record.outcome, true));
+    EXPECT_NEAR(record.outcome.summary.blankArea, 5726.0, 8.0);
+    EXPECT_EQ(record.outcome.part.isTriangle(record.outcome.part.numElem()), 0);
 }
 
 TEST_F(Examples, SquareCupOf15MmFindsTheBlankOfTheMethod)

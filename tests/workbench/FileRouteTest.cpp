@@ -171,7 +171,7 @@ TEST_F(FileRouteTest, TellsItsStagesInOrder)
 {
     Listener listener;
     Run(Leaving(Output()), listener);
-    EXPECT_EQ(listener.stages, "stamping frame;deck;solver;results;");
+    EXPECT_EQ(listener.stages, "stamping frame;deck;solver program;results;");
 }
 
 TEST_F(FileRouteTest, StopsWhenAskedTo)
@@ -282,7 +282,7 @@ TEST_F(FileRouteTest, ATotalForceAboveYieldingIsWarnedOf)
     Job const job = ParseJob(Sound() + "[blank_holder]\ntotal_force = \"100 kN\"\n", JobPath());
     JobModel const model = ReadModel(job);
     Process process;
-    BuildProcess(job, model, FindTipping(job, model), process);
+    BuildProcess(job, model, FindTipping(job, model), PadRows::Nodes, process);
     ASSERT_EQ(process.warnings.size(), 1U);
     EXPECT_TRUE(Holds(process.warnings[0], "at least 1071.4 N/mm, above the 122.5 N/mm")) << process.warnings[0];
 }

@@ -178,7 +178,8 @@ TEST_F(JobTest, NumbersThatAreNoneAreRefused)
 TEST_F(JobTest, TextThatIsNoJobFileIsRefusedWithLineAndColumn)
 {
     EXPECT_THAT(RefusalOf("title = \"x\"\n[mesh\n"), HasSubstr("job.toml:2:"));
-    EXPECT_THAT(RefusalOf(""), HasSubstr("mesh.file is missing"));
+    EXPECT_THAT(RefusalOf(""), HasSubstr("mesh is missing: a table with the file"));
+    EXPECT_THAT(RefusalOf("[mesh]\n"), HasSubstr("mesh.file is missing"));
     EXPECT_THAT(RefusalOf(std::string("\0\0\0", 3)), StartsWith(Folder()));
 }
 

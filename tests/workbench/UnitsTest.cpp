@@ -40,7 +40,7 @@ protected:
         Job const job = ParseJob(Sound() + i_more, JobPath());
         JobModel const model = ReadModel(job);
         Tipping const tipping = FindTipping(job, model);
-        BuildProcess(job, model, tipping, process);
+        BuildProcess(job, model, tipping, PadRows::Nodes, process);
         std::string folder = Folder();
         Solver solver(model.mesh.mesh, process.material, process.property, tipping.symmetry, process.friction,
                       process.fullHolder, tipping.frame, folder.data());
@@ -205,13 +205,19 @@ TEST_F(UnitsTest, PadsArePascals)
     EXPECT_NEAR(Value("IX", 1, 2), 2e6, kDecimals);
 }
 
-TEST_F(UnitsTest, PrescribedDisplacementsAreMillimetresAndGoOutInInches)
+TEST_F(UnitsTest, PrescribedDisplacementsAlongXAreMillimetresAndGoOutInInches)
 {
-    Write("[[constraint]]\nx = \"2.54 mm\"\ny = \"-1 mm\"\nnodes = [1, 2]\n");
+    Write("[[constraint]]\nx = \"2.54 mm\"\nnodes = [1, 2]\n");
     EXPECT_EQ(process.property.dispBCs(1).values[0], 2.54);
-    EXPECT_EQ(process.property.dispBCs(1).values[1], -1.0);
-    EXPECT_EQ(deck["VIII"][1][1], "110000");
+    EXPECT_EQ(deck["VIII"][1][1], "100000");
     EXPECT_NEAR(Value("VIII", 1, 2), 0.1, kDecimals);
+}
+
+TEST_F(UnitsTest, PrescribedDisplacementsAlongYAreMillimetresAndGoOutInInches)
+{
+    Write("[[constraint]]\ny = \"-1 mm\"\nnodes = [1, 2]\n");
+    EXPECT_EQ(process.property.dispBCs(1).values[1], -1.0);
+    EXPECT_EQ(deck["VIII"][1][1], "010000");
     EXPECT_NEAR(Value("VIII", 1, 3), -1.0 / kInch, kDecimals);
 }
 

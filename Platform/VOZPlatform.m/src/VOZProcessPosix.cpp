@@ -142,6 +142,14 @@ bool collect(Handle & child, bool isPatient)
     return true;
 }
 
+thread_local unsigned int g_lastExitCode = 0;
+
+unsigned int ended(Handle const & child)
+{
+    g_lastExitCode = static_cast<unsigned int>(exitCode(child.status));
+    return kWaitEnded;
+}
+
 // The name that a module's file bears on Windows: "libVOZDravo.so.0" is "VOZDravo.dll".
 std::string moduleName(std::string const & file)
 {
@@ -199,7 +207,7 @@ unsigned int VOZProcess::WaitForSingleObject(void * i_process, unsigned int i_mi
     if (child == nullptr || child->process == 0)
         return kWaitFailed;
     if (i_milliseconds == Infinite)
-        return collect(*child, true) ? kWaitEnded : kWaitFailed;
+        return collect(*child, true) ? ended(*child) : kWaitFailed;
     auto const end = std::chrono::steady_clock::now() + std::chrono::milliseconds(i_milliseconds);
     while (!collect(*child, false))
     {
@@ -207,7 +215,12 @@ unsigned int VOZProcess::WaitForSingleObject(void * i_process, unsigned int i_mi
             return kWaitTimeout;
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
-    return kWaitEnded;
+    return ended(*child);
+}
+
+unsigned int VOZProcess::LastExitCode()
+{
+    return g_lastExitCode;
 }
 
 bool VOZProcess::GetExitCodeProcess(void * i_process, unsigned int & o_code)

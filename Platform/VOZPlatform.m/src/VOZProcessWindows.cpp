@@ -14,6 +14,8 @@ namespace
 {
 static_assert(sizeof(wchar_t) == sizeof(unsigned short), "the system's wide text is 16-bit text");
 
+thread_local unsigned int g_lastExitCode = 0;
+
 wchar_t * wide(unsigned short * text)
 {
     return reinterpret_cast<wchar_t *>(text);
@@ -40,7 +42,16 @@ bool VOZProcess::CreateProcessW(unsigned short * io_commandLine, unsigned int i_
 
 unsigned int VOZProcess::WaitForSingleObject(void * i_process, unsigned int i_milliseconds)
 {
-    return ::WaitForSingleObject(i_process, i_milliseconds);
+    DWORD const answer = ::WaitForSingleObject(i_process, i_milliseconds);
+    DWORD code = 0;
+    if (answer == WAIT_OBJECT_0 && ::GetExitCodeProcess(i_process, &code))
+        g_lastExitCode = code;
+    return answer;
+}
+
+unsigned int VOZProcess::LastExitCode()
+{
+    return g_lastExitCode;
 }
 
 bool VOZProcess::GetExitCodeProcess(void * i_process, unsigned int & o_code)

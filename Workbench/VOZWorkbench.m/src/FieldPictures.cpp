@@ -4,21 +4,23 @@
 
 #include "Colour.h"
 #include "Html.h"
-#include "MeshPicture.h"
 #include "OutputFile.h"
+#include "PictureParts.h"
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 
 namespace voz::workbench
 {
 namespace
 {
 
-constexpr PictureSize kSize{900, 560};
-constexpr int kLegendHeight = 60;
+constexpr PictureSize kSize = kPictureSize;
+constexpr Colour kHidden{200, 200, 200};
+} // namespace
 
-std::string frame(MeshPicture const & picture, std::string const & label, std::string const & over)
+std::string PictureFrame(MeshPicture const & picture, std::string const & label, std::string const & over)
 {
     return "<svg viewBox=\"0 0 " + std::to_string(kSize.width) + " " + std::to_string(kSize.height + kLegendHeight) +
            "\" role=\"img\" aria-label=\"" + Escaped(label) +
@@ -27,13 +29,15 @@ std::string frame(MeshPicture const & picture, std::string const & label, std::s
            Base64(PngBytes(picture.Pixels(), kSize)) + "\"/>\n" + over + "</svg>\n";
 }
 
-std::string text(double x, double y, char const * anchor, std::string const & content)
+std::string PictureText(double x, double y, char const * anchor, std::string const & content)
 {
     return "<text x=\"" + Fixed(x, 1) + "\" y=\"" + Fixed(y, 1) + "\" text-anchor=\"" + anchor + "\">" +
            Escaped(content) + "</text>\n";
 }
 
-std::string colourBar(double low, double high, FieldPicture const & field)
+namespace
+{
+std::string colourBar(double low, double high, ValuePicture const & field)
 {
     constexpr int kSteps = 60;
     constexpr double kBarLeft = 60.0;
@@ -46,19 +50,19 @@ std::string colourBar(double low, double high, FieldPicture const & field)
                "\"/>\n";
     svg += "</g>\n";
     for (int i = 0; i <= 4; ++i)
-        svg += text(kBarLeft + kBarWidth * i / 4.0, top + 32.0, "middle",
-                    Fixed(low + (high - low) * i / 4.0, field.decimals));
-    return svg + text(kBarLeft + kBarWidth + 40.0, top + 12.0, "start", field.name + ", " + field.unit);
+        svg += PictureText(kBarLeft + kBarWidth * i / 4.0, top + 32.0, "middle",
+                           Fixed(low + (high - low) * i / 4.0, field.decimals));
+    return svg + PictureText(kBarLeft + kBarWidth + 40.0, top + 12.0, "start", field.name + ", " + field.unit);
 }
 
-Point3 centre(Outcome const & outcome, std::vector<Point3> const & nodes, std::size_t element)
+Point3 centre(VOZCatMesh const & mesh, std::vector<Point3> const & nodes, std::size_t element)
 {
-    int const * const row = outcome.part.GetElemData()[element + 1];
+    int const * const row = mesh.GetElemData()[element + 1];
     int const corners = row[0] == row[3] ? 3 : 4;
     Point3 sum{};
     for (int k = 0; k < corners; ++k)
         for (std::size_t c = 0; c < 3; ++c)
-            sum[c] += nodes[static_cast<std::size_t>(row[k] - outcome.part.GetFirstNodeNumber() - 1)][c] / corners;
+            sum[c] += nodes[static_cast<std::size_t>(row[k] - mesh.GetFirstNodeNumber() - 1)][c] / corners;
     return sum;
 }
 
@@ -68,56 +72,81 @@ std::string marker(Point2 const & at, std::string const & content)
     return "<circle cx=\"" + Fixed(at[0], 1) + "\" cy=\"" + Fixed(at[1], 1) +
            "\" r=\"6\" fill=\"none\" stroke=\"#000\" stroke-width=\"2\"/>\n<g stroke=\"#fff\" stroke-width=\"3\" "
            "paint-order=\"stroke\">\n" +
-           text(at[0] + 10.0 * side, at[1] - 8.0, side > 0.0 ? "start" : "end", content) + "</g>\n";
+           PictureText(at[0] + 10.0 * side, at[1] - 8.0, side > 0.0 ? "start" : "end", content) + "</g>\n";
 }
 
 } // namespace
 
-std::vector<Point3> NodesInFrame(Outcome const & i_outcome)
+std::vector<Point3> NodesInFrame(VOZCatMesh const & i_mesh, VOZCatAxis const & i_frame)
 {
     std::vector<Point3> nodes;
-    nodes.reserve(static_cast<std::size_t>(i_outcome.part.numNode()));
-    for (int n = 1; n <= i_outcome.part.numNode(); ++n)
+    nodes.reserve(static_cast<std::size_t>(i_mesh.numNode()));
+    for (int n = 1; n <= i_mesh.numNode(); ++n)
     {
-        double const * const row = i_outcome.part.GetNodeData()[n];
+        double const * const row = i_mesh.GetNodeData()[n];
         Point3 local{};
         for (int i = 0; i < 3; ++i)
             for (int c = 0; c < 3; ++c)
-                local[static_cast<std::size_t>(i)] += i_outcome.frame.axis(i, c) * (row[c] - i_outcome.frame.origin(c));
+                local[static_cast<std::size_t>(i)] += i_frame.axis(i, c) * (row[c] - i_frame.origin(c));
         nodes.push_back(local);
     }
     return nodes;
 }
 
-std::string DrawField(Outcome const & i_outcome, FieldPicture const & i_field)
+std::vector<Point3> NodesInFrame(Outcome const & i_outcome)
 {
-    std::vector<double> values;
-    values.reserve(i_outcome.elements.size());
-    for (ElementOutcome const & element : i_outcome.elements)
-        values.push_back(i_field.value(element));
-    auto const [least, greatest] = std::minmax_element(values.begin(), values.end());
-    double const low = values.empty() ? 0.0 : *least;
-    double const span = values.empty() ? 0.0 : *greatest - low;
+    return NodesInFrame(i_outcome.part, i_outcome.frame);
+}
+
+std::string DrawValues(ValuePicture const & i_picture)
+{
+    std::vector<double> const & values = i_picture.values;
+    auto const isShown = [&](std::size_t e) { return i_picture.hidden.empty() || i_picture.hidden[e] == 0; };
+    std::optional<std::size_t> least;
+    std::optional<std::size_t> greatest;
+    for (std::size_t e = 0; e < values.size(); ++e)
+    {
+        if (!isShown(e))
+            continue;
+        if (!least || values[e] < values[*least])
+            least = e;
+        if (!greatest || values[e] >= values[*greatest])
+            greatest = e;
+    }
+    double const low = least ? values[*least] : 0.0;
+    double const span = greatest ? values[*greatest] - low : 0.0;
 
     std::vector<Colour> colours;
     colours.reserve(values.size());
-    for (double const value : values)
-        colours.push_back(ScaleColour(span > 0.0 ? (value - low) / span : 0.5));
-    std::vector<Point3> const nodes = NodesInFrame(i_outcome);
-    MeshPicture picture(i_outcome.part, nodes, kSize);
+    for (std::size_t e = 0; e < values.size(); ++e)
+        colours.push_back(isShown(e) ? ScaleColour(span > 0.0 ? (values[e] - low) / span : 0.5) : kHidden);
+    MeshPicture picture(i_picture.mesh, i_picture.nodes, kSize);
     picture.Draw(colours);
 
-    std::string over = colourBar(low, low + span, i_field);
-    for (auto const extreme : {least, greatest})
-    {
-        if (values.empty())
-            break;
-        auto const element = static_cast<std::size_t>(extreme - values.begin());
-        over +=
-            marker(picture.Place(centre(i_outcome, nodes, element)),
-                   Fixed(*extreme, i_field.decimals) + " " + i_field.unit + ", element " + std::to_string(element + 1));
-    }
-    return frame(picture, i_field.name + " on the formed part, " + i_field.unit, over);
+    std::string over = colourBar(low, low + span, i_picture);
+    for (std::optional<std::size_t> const & extreme : {least, greatest})
+        if (extreme)
+            over += marker(picture.Place(centre(i_picture.mesh, i_picture.nodes, *extreme)),
+                           Fixed(values[*extreme], i_picture.decimals) + " " + i_picture.unit + ", element " +
+                               std::to_string(*extreme + 1));
+    return PictureFrame(picture, i_picture.label, over);
+}
+
+std::string DrawField(Outcome const & i_outcome, FieldPicture const & i_field)
+{
+    std::vector<Point3> const nodes = NodesInFrame(i_outcome);
+    ValuePicture picture{i_outcome.part,
+                         nodes,
+                         i_field.name,
+                         i_field.unit,
+                         i_field.name + " on the formed part, " + i_field.unit,
+                         {},
+                         {},
+                         i_field.decimals};
+    std::vector<ElementOutcome> const & elements = i_field.layer == nullptr ? i_outcome.elements : *i_field.layer;
+    for (ElementOutcome const & element : elements)
+        picture.values.push_back(i_field.value(element));
+    return DrawValues(picture);
 }
 
 std::string DrawZones(Outcome const & i_outcome, ZoneKind i_kind)
@@ -152,9 +181,9 @@ std::string DrawZones(Outcome const & i_outcome, ZoneKind i_kind)
         double const x = 20.0 + 295.0 * (code % 3);
         double const y = kSize.height + 18.0 + 24.0 * (code / 3);
         over += "<rect x=\"" + Fixed(x, 0) + "\" y=\"" + Fixed(y - 12.0, 0) + "\" width=\"22\" height=\"14\" fill=\"" +
-                Hex(kind.colour(code)) + "\" stroke=\"#333\"/>\n" + text(x + 30.0, y, "start", kind.name(code));
+                Hex(kind.colour(code)) + "\" stroke=\"#333\"/>\n" + PictureText(x + 30.0, y, "start", kind.name(code));
     }
-    return frame(picture, kind.label, over);
+    return PictureFrame(picture, kind.label, over);
 }
 
 } // namespace voz::workbench

@@ -18,6 +18,7 @@ struct FieldPicture
     std::string unit; // "%"
     std::function<double(ElementOutcome const &)> value;
     int decimals = 1;
+    std::vector<ElementOutcome> const * layer = nullptr; // of the outcome; null: the mid-surface
 };
 
 std::string DrawField(Outcome const & i_outcome, FieldPicture const & i_field);
@@ -31,8 +32,9 @@ enum class ZoneKind
 
 std::string DrawZones(Outcome const & i_outcome, ZoneKind i_kind);
 
-// Nodes of the part in the stamping frame, 0-based.
+// Nodes in the stamping frame, 0-based.
 std::vector<Point3> NodesInFrame(Outcome const & i_outcome);
+std::vector<Point3> NodesInFrame(VOZCatMesh const & i_mesh, VOZCatAxis const & i_frame);
 
 } // namespace voz::workbench
 

@@ -7,7 +7,9 @@
 #include "FileRouteParts.h"
 #include "OutputFile.h"
 #include "Quantity.h"
+#include "RouteParts.h"
 #include "Solver.h"
+#include "SpringbackModel.h"
 #include "TextFile.h"
 #include "VOZConsole.h"
 #include "VOZHost.h"
@@ -23,54 +25,17 @@ namespace voz::workbench
 
 namespace
 {
-constexpr std::size_t kPathBytes = 256;     // of the configuration's path and of the solver's folder, zero included
-constexpr std::size_t kCommandBytes = 1024; // of the child's command line, zero included
+constexpr std::size_t kCommandBytes = 1024;      // of the child's command line, zero included
 constexpr char const * kSpringbackMark = ".spo"; // anywhere in a path, it selects another reader
 constexpr char const * kDeck = "deck.fpi";
 constexpr char const * kOutput = "deck.fpo";
-constexpr char const * kConfiguration = "config.cfg";
+constexpr char const * kSpringbackOutput = "deck.spo";
+constexpr char const * kSpringbackLog = "springback.log";
 constexpr char const * kSolveLog = "deck.log"; // the solver program's own: its iterations
 constexpr char const * kSolveSummary = "deck.sum";
 constexpr char const * kRawLog = "solver.raw";
 constexpr char const * kLog = "solver.log";
 constexpr char const * kDeckEnd = "0 0 0 1 \n************************\n"; // the last row and separator of every deck
-
-// The host in force, with the route's folder for an install root and without a document: the settings of the job are
-// all that counts.
-class RouteHost : public VOZHost
-{
-public:
-    explicit RouteHost(std::string i_root) : mRoot(std::move(i_root)), mOuter(VOZHost::Current()) { Install(this); }
-    ~RouteHost() override { Install(&mOuter); }
-    RouteHost(RouteHost const &) = delete;
-    RouteHost & operator=(RouteHost const &) = delete;
-
-    std::optional<std::string> EnvironmentValue(std::string const & i_name) override
-    {
-        return i_name == "VOZDRAVO3D" ? mRoot : mOuter.EnvironmentValue(i_name);
-    }
-    std::shared_ptr<VOZHostDocument> CurrentDocument() override { return nullptr; }
-    void BrokenContract(std::string const & i_text, std::string const & i_file, int i_line) override
-    {
-        mOuter.BrokenContract(i_text, i_file, i_line);
-    }
-
-private:
-    std::string mRoot;
-    VOZHost & mOuter;
-};
-
-std::string In(std::string const & i_folder, char const * i_name)
-{
-    return (std::filesystem::path(i_folder) / i_name).string();
-}
-
-void WriteText(std::string const & i_path, std::string const & i_text)
-{
-    OutputFile file(i_path);
-    file << i_text;
-    file.Commit();
-}
 
 std::string SolverSettings(Job const & i_job, int i_threads)
 {
@@ -97,14 +62,6 @@ void CheckDeck(std::string const & i_path)
         throw OutputError(i_path, "the deck is cut off after " + std::to_string(text.size()) + " bytes (disk full?)");
 }
 
-std::string LastLines(std::string const & i_text, int i_count)
-{
-    std::size_t begin = i_text.size();
-    for (int i = 0; i <= i_count && begin != std::string::npos && begin > 0; ++i)
-        begin = i_text.rfind('\n', begin - 1);
-    return begin == std::string::npos || begin == 0 ? i_text : i_text.substr(begin + 1);
-}
-
 void WriteDeck(Solver & io_solver, Job const & i_job, std::string const & i_deck)
 {
     switch (io_solver.write(i_deck.c_str(), false, i_job.toolFriction, 0))
@@ -118,80 +75,90 @@ void WriteDeck(Solver & io_solver, Job const & i_job, std::string const & i_deck
     }
 }
 
-void StartSolver(Solver & io_solver, FileRouteOptions const & i_options, std::string const & i_deck)
+// Runs a call that starts the solver program, with what it says put into a log; what the call returns.
+template <class Call>
+int Aside(FileRouteOptions const & i_options, char const * i_log, Call i_call)
 {
-    int status = 0;
+    int answer = 0;
+    std::string const raw = InFolder(i_options.folder, kRawLog);
     {
-        VOZStreamsToFile const aside(In(i_options.folder, kRawLog).c_str(), i_options.isSolverSilent);
-        std::string const quoted = "\"" + i_options.solver + "\"";
-        status = io_solver.run(quoted.c_str(), i_deck.c_str());
+        VOZStreamsToFile const aside(raw.c_str(), i_options.isSolverSilent);
+        answer = i_call(("\"" + i_options.solver + "\"").c_str());
     }
-    WriteText(In(i_options.folder, kLog), SolverWords(In(i_options.folder, kRawLog)));
+    WriteText(InFolder(i_options.folder, i_log), SolverWords(raw));
     std::error_code ignored;
-    std::filesystem::remove(In(i_options.folder, kRawLog), ignored);
-    if (status != 0)
-        throw SolverError("the solver program " + i_options.solver + " could not be started");
+    std::filesystem::remove(raw, ignored);
+    return answer;
 }
 
-std::string TextIfThere(std::string const & i_path)
+// The exit code of the solver program.
+unsigned StartSolver(Solver & io_solver, FileRouteOptions const & i_options, std::string const & i_deck)
 {
-    std::error_code error;
-    return std::filesystem::is_regular_file(i_path, error) ? ReadTextFile(i_path, std::size_t{1} << 30) : std::string();
+    if (Aside(i_options, kLog, [&](char const * i_program) { return io_solver.run(i_program, i_deck.c_str()); }) != 0)
+        throw SolverError("the solver program " + i_options.solver + " could not be started");
+    return VOZProcess::LastExitCode();
 }
 
-// The solver's iterations, without the times, which differ from run to run.
+// The solver's iterations.
 std::string SolverTable(std::string const & i_folder)
 {
-    std::string const table = TextIfThere(In(i_folder, kSolveLog));
-    if (table.empty())
-        return TextIfThere(In(i_folder, kLog));
-    std::istringstream lines(table);
-    std::string kept;
-    for (std::string line; std::getline(lines, line);)
-        if (!line.starts_with("time:"))
-            kept += line + "\n";
-    return kept;
+    std::string const table = TextIfThere(InFolder(i_folder, kSolveLog));
+    return table.empty() ? TextIfThere(InFolder(i_folder, kLog)) : WithoutTimes(table);
 }
 
-// What the solver program says of its own solve: lines of a name and a value.
-std::vector<OutcomeCheck> SolverChecks(std::string const & i_folder)
+std::string LastWords(std::string const & i_folder, char const * i_log)
 {
-    struct Limit
+    std::string const words = LastLines(TextIfThere(InFolder(i_folder, i_log)), 8);
+    return words.empty() ? words : "; its last words:\n" + words;
+}
+
+// A result is there, and whoever left it ended well.
+void RequireOutput(std::string const & i_folder, char const * i_name, char const * i_log, unsigned i_exitCode)
+{
+    std::string const path = InFolder(i_folder, i_name);
+    if (std::error_code error; !std::filesystem::is_regular_file(path, error))
+        throw SolverError("the solver left no result (" + path + "): it did not converge, or it ended early" +
+                          LastWords(i_folder, i_log));
+    if (i_exitCode != 0)
+        throw SolverError("the solver left a result (" + path + "), but ended with exit code " +
+                          std::to_string(i_exitCode) + ", so that it cannot be trusted" + LastWords(i_folder, i_log));
+}
+
+// In inches and in the stamping frame the solver's text, in millimetres what the library reads of it; global here.
+std::vector<Point3> ReadSprung(Solver & io_solver, std::string const & i_path, Outcome const & i_formed)
+{
+    CheckSpringbackText(i_path, i_formed.part);
+    Result result(i_formed.part);
+    io_solver.read(i_path.c_str(), result, false);
+    std::vector<Point3> shifts;
+    for (int n = 1; n <= i_formed.part.numNode(); ++n)
     {
-        char const * name;
-        char const * text;
-        double most;
-    };
-    // clang-format off
-    constexpr std::array<Limit, 3> kLimits = {{{"residual", "equilibrium residual", 1e-8},
-                                               {"holding share", "share of forces that do not balance", 0.05},
-                                               {"necking points", "points thinner than necking allows", 0.0}}};
-    // clang-format on
-    std::vector<OutcomeCheck> checks;
-    std::istringstream lines(TextIfThere(In(i_folder, kSolveSummary)));
-    for (std::string line; std::getline(lines, line);)
-        for (Limit const & limit : kLimits)
-        {
-            if (!line.starts_with(limit.name))
-                continue;
-            std::optional<double> const value = ParseNumber(line.substr(std::string(limit.name).size()));
-            if (value)
-                checks.push_back(
-                    {limit.text, Shortest(*value), "at most " + Shortest(limit.most), *value <= limit.most, true});
-        }
-    return checks;
+        Vec const place = i_formed.frame.toGlobal(result.dispOnBinder(n));
+        double const * const p = i_formed.part.GetNodeData()[n];
+        shifts.push_back({place[0] - p[0], place[1] - p[1], place[2] - p[2]});
+    }
+    return shifts;
 }
 
-void RequireOutput(FileRouteOptions const & i_options)
+// The program solves the forming of the deck again, then unloads it.
+SpringbackOutcome Unload(Solver & io_solver, Job const & i_job, JobModel const & i_model,
+                         FileRouteOptions const & i_options, Outcome const & i_formed)
 {
-    std::string const path = In(i_options.folder, kOutput);
-    if (std::error_code error; std::filesystem::is_regular_file(path, error))
-        return;
-    std::string words = LastLines(ReadTextFile(In(i_options.folder, kLog), std::size_t{1} << 30), 8);
-    while (words.ends_with('\n'))
-        words.pop_back();
-    throw SolverError("the solver left no result (" + path + "): it did not converge, or it ended early" +
-                      (words.empty() ? "" : "; its last words:\n" + words));
+    std::string const deck = InFolder(i_options.folder, kDeck);
+    int const exitCode = Aside(i_options, kSpringbackLog,
+                               [&](char const * i_program) { return io_solver.run_spb(i_program, deck.c_str()); });
+    RequireOutput(i_options.folder, kSpringbackOutput, kSpringbackLog, static_cast<unsigned>(exitCode));
+    std::vector<Point3> const shifts = ReadSprung(io_solver, InFolder(i_options.folder, kSpringbackOutput), i_formed);
+    WholePart const whole = MakeWhole(i_formed.part, i_formed.frame, i_formed.symmetry);
+    SpringbackOutcome springback;
+    springback.part = whole.mesh;
+    springback.modelNodes = i_formed.part.numNode();
+    for (std::size_t n = 0; n < whole.nodeOf.size(); ++n)
+        springback.before.push_back(
+            ImageOf(shifts[static_cast<std::size_t>(whole.nodeOf[n])], whole.mirrored[n], i_formed.frame));
+    springback.trimmed.assign(whole.elementOf.size(), 0);
+    FinishSpringback(i_job, i_model, i_formed.frame, springback);
+    return springback;
 }
 } // namespace
 
@@ -213,80 +180,64 @@ std::string FindSolverProgram(std::string const & i_given)
     return std::filesystem::absolute(path, error).string();
 }
 
-void CheckFileRoute(Job const & i_job)
-{
-    if (i_job.materials.size() == 1)
-    {
-        if (JobMaterial const & material = i_job.materials[0]; !material.set.empty())
-            throw InputError(i_job.path, material.line, 0,
-                             "the file route gives the one material to all elements; leave out its set \"" +
-                                 material.set + "\"");
-        return;
-    }
-    std::string names;
-    for (JobMaterial const & material : i_job.materials)
-        names += (names.empty() ? "\"" : ", \"") + material.name + "\"";
-    throw InputError(i_job.path, i_job.materials[1].line, 0,
-                     "the file route carries one material, the job has " + std::to_string(i_job.materials.size()) +
-                         ": " + names);
-}
-
 void CheckRoutePath(std::string const & i_folder, std::string const & i_solver)
 {
-    auto const refuse = [&i_folder](std::string const & i_reason) {
-        throw InputError(i_folder, 0, 0, "the file route cannot work in this folder: " + i_reason + "; choose another");
-    };
+    CheckFolderPath(i_folder, kFileRoute);
+    auto const refuse = [&i_folder](std::string const & i_reason) { RefuseFolder(i_folder, kFileRoute, i_reason); };
     if (i_folder.find(kSpringbackMark) != std::string::npos)
         refuse("its path holds \".spo\", which marks springback results");
     if (i_folder.find('"') != std::string::npos || i_solver.find('"') != std::string::npos)
         refuse("a path with a quote cannot stand on a command line");
-    if (std::filesystem::path::preferred_separator == '/' &&
-        (i_folder.find('\\') != std::string::npos || i_solver.find('\\') != std::string::npos))
-        refuse("a path with a backslash is read as one with more folders");
-    for (char const c : i_folder)
-        if (static_cast<unsigned char>(c) < 0x20)
-            refuse("its path holds a control character");
-    if (std::size_t const length = In(i_folder, kConfiguration).size(); length >= kPathBytes)
-        refuse("its path is " + std::to_string(length - kPathBytes + 1) + " characters too long");
-    std::size_t const command =
-        std::string("\"\" -pfpi \"\" -sd \"\"").size() + i_solver.size() + In(i_folder, kDeck).size() + i_folder.size();
+    if (std::filesystem::path::preferred_separator == '/' && i_solver.find('\\') != std::string::npos)
+        refuse("the path of the solver program holds a backslash, which is read as one with more folders");
+    std::size_t const command = std::string("\"\"\"\" -pfpi \"\" -sd \"\"").size() + i_solver.size() +
+                                InFolder(i_folder, kDeck).size() + i_folder.size();
     if (command >= kCommandBytes)
         refuse("the solver's command line would be " + std::to_string(command - kCommandBytes + 1) +
                " characters too long");
+}
+
+FileRoute::FileRoute(std::string const & i_solver) : mSolver(FindSolverProgram(i_solver)) {}
+
+Outcome FileRoute::Run(Job const & i_job, JobModel const & i_model, RouteOptions const & i_options,
+                       RunObserver & io_observer) const
+{
+    return RunFileRoute(i_job, i_model, FileRouteOptions{i_options, mSolver}, io_observer);
 }
 
 Outcome RunFileRoute(Job const & i_job, JobModel const & i_model, FileRouteOptions const & i_options,
                      RunObserver & io_observer)
 {
     CheckFileRoute(i_job);
+    CheckFileModel(i_job, i_model);
     CheckRoutePath(i_options.folder, i_options.solver);
     VOZCatMesh const & mesh = i_model.mesh.mesh;
 
     io_observer.Enter("stamping frame");
     Tipping const tipping = FindTipping(i_job, i_model);
     Process process;
-    BuildProcess(i_job, i_model, tipping, process);
+    BuildProcess(i_job, i_model, tipping, PadRows::Nodes, process);
     for (std::string const & warning : process.warnings)
         io_observer.Warning(warning);
 
     io_observer.Enter("deck");
-    WriteText(In(i_options.folder, kConfiguration), ConfigurationText(i_job.limits));
-    WriteText(In(i_options.folder, "solver.cfg"), SolverSettings(i_job, i_options.threads));
-    RouteHost const host(i_options.folder);
+    WriteText(InFolder(i_options.folder, kConfiguration), ConfigurationText(i_job.limits));
+    WriteText(InFolder(i_options.folder, "solver.cfg"), SolverSettings(i_job, i_options.threads));
+    RouteHost const host(i_options.folder, i_options.folder);
     std::string folder = i_options.folder;
     Solver solver(mesh, process.material, process.property, tipping.symmetry, process.friction, process.fullHolder,
                   tipping.frame, folder.data());
-    std::string const deck = In(i_options.folder, kDeck);
+    std::string const deck = InFolder(i_options.folder, kDeck);
     WriteDeck(solver, i_job, deck);
 
-    io_observer.Enter("solver");
-    StartSolver(solver, i_options, deck);
+    io_observer.Enter("solver program");
+    unsigned const exitCode = StartSolver(solver, i_options, deck);
     if (io_observer.IsInterrupted())
         throw Interrupted();
-    RequireOutput(i_options);
+    RequireOutput(i_options.folder, kOutput, kLog, exitCode);
 
     io_observer.Enter("results");
-    std::string const output = In(i_options.folder, kOutput);
+    std::string const output = InFolder(i_options.folder, kOutput);
     CheckSolverText(output, mesh);
     Result result(mesh);
     try
@@ -301,8 +252,13 @@ Outcome RunFileRoute(Job const & i_job, JobModel const & i_model, FileRouteOptio
     Outcome outcome;
     ConvertFileResult(i_job, i_model, tipping, result, outcome);
     outcome.log = SolverTable(i_options.folder);
-    outcome.checks = SolverChecks(i_options.folder);
+    outcome.checks = SolverChecks(TextIfThere(InFolder(i_options.folder, kSolveSummary)));
     outcome.warnings = process.warnings;
+    if (i_job.HasSpringback())
+    {
+        io_observer.Enter("springback");
+        outcome.springback = Unload(solver, i_job, i_model, i_options, outcome);
+    }
     return outcome;
 }
 

@@ -1,8 +1,8 @@
 // FileRouteOutcome.cpp: what the file route read back, checked and turned into the workbench's one form.
 
 #include "FileRouteParts.h"
-#include "OutputFile.h"
 #include "Quantity.h"
+#include "RouteParts.h"
 #include "TextFile.h"
 
 #include <algorithm>
@@ -57,6 +57,13 @@ public:
             if (mLines.IsSeparator())
                 --i_count;
         }
+    }
+
+    void SkipLines(int i_count, char const * i_what)
+    {
+        for (int i = 0; i < i_count; ++i)
+            if (!mLines.Next())
+                Fail(std::string("ends ahead of ") + i_what);
     }
 
     // i_count rows of at least i_columns numbers behind the row's own number; then a separator.
@@ -132,17 +139,24 @@ private:
 };
 } // namespace
 
-void CheckSolverText(std::string const & i_path, VOZCatMesh const & i_mesh)
+namespace
 {
-    std::string content;
+std::string WholeText(std::string const & i_path)
+{
     try
     {
-        content = ReadTextFile(i_path, std::size_t{1} << 40);
+        return ReadTextFile(i_path, std::size_t{1} << 40);
     }
     catch (InputError const & error)
     {
         throw SolverError(std::string("the solver's result cannot be used: ") + error.what());
     }
+}
+} // namespace
+
+void CheckSolverText(std::string const & i_path, VOZCatMesh const & i_mesh)
+{
+    std::string const content = WholeText(i_path);
     long rows = 0;
     for (int e = 1; e <= i_mesh.numElem(); ++e)
         rows += i_mesh.isTriangle(e) != 0 ? 1 : kPointsOfQuadrilateral;
@@ -153,6 +167,15 @@ void CheckSolverText(std::string const & i_path, VOZCatMesh const & i_mesh)
     text.Rows(rows, 6, "elements");
     text.SkipSeparators(2, "the punch force");
     text.ThirdToken("punch force");
+}
+
+void CheckSpringbackText(std::string const & i_path, VOZCatMesh const & i_mesh)
+{
+    std::string const content = WholeText(i_path);
+    SolverText text(i_path, content);
+    text.SkipSeparators(4, "the node section");
+    text.SkipLines(2, "the node section");
+    text.Rows(i_mesh.numNode(), 3, "nodes");
 }
 
 double EquivalentStrainPercent(double i_major, double i_minor, double i_anisotropy)
@@ -180,20 +203,6 @@ void FillUnsetSlots(VOZCatMesh const & i_mesh, double i_anisotropy, Result & io_
 
 namespace
 {
-// The deck's six decimals of an inch leave strains of about a thousandth of a percent in a sheet that has none, and
-// their signs would scatter over all zones. Far below any yielding, a pair counts as (0, 0): plane strain, safe.
-bool IsUnstrained(double i_major, double i_minor)
-{
-    constexpr double kNoise = 0.01; // percent
-    return std::abs(i_major) < kNoise && std::abs(i_minor) < kNoise;
-}
-
-void SetUnstrained(int & o_safety, int & o_forming)
-{
-    o_safety = 2;
-    o_forming = 1;
-}
-
 ElementOutcome ConvertElement(Result const & i_result, int e, bool i_isTriangle, FormingLimit const & i_limit,
                               double i_firstThickness)
 {
@@ -202,40 +211,33 @@ ElementOutcome ConvertElement(Result const & i_result, int e, bool i_isTriangle,
     element.thinning = 100.0 * (1.0 - element.thickness / i_firstThickness);
     element.major = i_result.strain(e, 0);
     element.minor = i_result.strain(e, 1);
-    element.thicknessStrain =
-        i_limit.trueToEngStrain(-i_limit.engToTrueStrain(element.major) - i_limit.engToTrueStrain(element.minor));
+    element.thicknessStrain = ThicknessStrain(i_limit, element.major, element.minor);
     double const degrees = i_result.strain(e, 2);
     element.angle = kRadianPerDegree * (i_isTriangle ? degrees : degrees / kPointsOfQuadrilateral);
     element.equivalentStrain = i_result.equivalentStrain(e);
     element.stress = kMegapascalPerPascal * static_cast<double>(i_result.stress(e));
     element.safety = i_result.safety(e);
     element.forming = i_result.forming(e);
-    if (IsUnstrained(element.major, element.minor))
-        SetUnstrained(element.safety, element.forming);
+    SettleZones(element.major, element.minor, element.safety, element.forming);
     return element;
 }
 
 NodeOutcome ConvertNode(Result const & i_result, int n, VOZCatMesh const & i_mesh, VOZCatAxis const & i_frame)
 {
     NodeOutcome node;
-    std::array<double, 3> moved{}; // from the frame's origin to the flat place, global
     for (int c = 0; c < 3; ++c)
     {
         auto const i = static_cast<std::size_t>(c);
         node.displacement[i] = i_result.disp(n, c);
         node.onBinder[i] = i_result.dispOnBinder(n, c);
-        moved[i] = i_mesh.GetNodeData()[n][c] + node.displacement[i] - i_frame.origin(c);
     }
-    for (int row = 0; row < 3; ++row)
-        for (int c = 0; c < 3; ++c)
-            node.flat[static_cast<std::size_t>(row)] += i_frame.axis(row, c) * moved[static_cast<std::size_t>(c)];
+    node.flat = FlatPlace(i_mesh.GetNodeData()[n], node.displacement, i_frame);
     node.thickness = i_result.NodeThickness(n);
     node.major = i_result.nstrain(n, 0);
     node.minor = i_result.nstrain(n, 1);
     node.safety = i_result.nsafety(n);
     node.forming = i_result.nforming(n);
-    if (IsUnstrained(node.major, node.minor))
-        SetUnstrained(node.safety, node.forming);
+    SettleZones(node.major, node.minor, node.safety, node.forming);
     return node;
 }
 } // namespace
@@ -244,22 +246,8 @@ void ConvertFileResult(Job const & i_job, JobModel const & i_model, Tipping cons
                        Outcome & o_outcome)
 {
     VOZCatMesh const & mesh = i_model.mesh.mesh;
-    JobMaterial const & material = i_job.materials.front();
-    o_outcome.title = i_job.title;
-    o_outcome.route = "file";
-    o_outcome.part = mesh;
-    o_outcome.frame = i_tipping.frame;
-    o_outcome.symmetry = i_tipping.symmetry;
-    o_outcome.materialName = material.name;
-    o_outcome.materialSource = material.source;
-    o_outcome.firstThickness = i_job.thickness;
-    o_outcome.density = material.density;
-    o_outcome.limit = LimitOf(i_job);
-    o_outcome.limitSource = i_job.limits.isFldZeroGiven
-                                ? "FLD0 as given in the job"
-                                : "FLD0 = (356.7 t + 23.36) n / 0.2116, t in inches, at most 0.118";
-    o_outcome.undercut = i_tipping.undercut;
-    o_outcome.summary.undercutAngle = i_tipping.undercutAngle;
+    o_outcome.route = kFileRoute;
+    FillHead(i_job, i_model, i_tipping, o_outcome);
     o_outcome.summary.punchForce = i_result.PunchForce();
     for (int e = 1; e <= mesh.numElem(); ++e)
         o_outcome.elements.push_back(

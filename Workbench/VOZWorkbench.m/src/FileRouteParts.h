@@ -16,6 +16,9 @@ namespace voz::workbench
 // end of a section quietly. Throws SolverError, with the line.
 void CheckSolverText(std::string const & i_path, VOZCatMesh const & i_mesh);
 
+// The same of the springback form: a place per node.
+void CheckSpringbackText(std::string const & i_path, VOZCatMesh const & i_mesh);
+
 // Fills the slots that the reader leaves unset: the equivalent strain of quadrilaterals, equivalentStrain of all
 // elements, the thickness of the nodes.
 void FillUnsetSlots(VOZCatMesh const & i_mesh, double i_anisotropy, Result & io_result);

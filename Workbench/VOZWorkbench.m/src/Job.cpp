@@ -18,24 +18,18 @@ namespace
 {
 namespace fs = std::filesystem;
 
+constexpr double kThinnest = 0.001; // mm, of what the solver takes
+constexpr double kThickest = 1000.0;
+
 void ReadMeshTable(JobTable & io_root, Job & io_job)
 {
-    JobTable table = io_root.Table("mesh");
+    JobTable table = io_root.NeededTable("mesh", "a table with the file of the part's mesh");
     std::string const file = table.NeededText("file");
     io_job.mesh = file == "-" ? file : FromFolder(io_job.folder, file);
     io_job.meshLine = table.LineOf("file");
     if (std::error_code error; io_job.mesh != "-" && !fs::exists(io_job.mesh, error))
         table.Refuse("file", "there is no file \"" + io_job.mesh + "\"");
-    if (table.Has("length_unit"))
-    {
-        std::string const unit = table.NeededText("length_unit");
-        Unit const * const found = FindUnit(unit);
-        if (found == nullptr || found->dimension != Dimension::Length)
-            table.Refuse("length_unit", "\"" + unit + "\" is no unit of length (" + UnitsOf(Dimension::Length) + ")");
-        io_job.unitLength = found->factor;
-    }
-    else
-        table.Text("length_unit", "of the file, else mm");
+    io_job.unitLength = ReadLengthUnit(table);
     if (std::optional<double> const weld = table.Quantity("weld_tolerance", Dimension::Length))
     {
         if (*weld < 0.0)
@@ -48,12 +42,10 @@ void ReadMeshTable(JobTable & io_root, Job & io_job)
 
 void ReadBlank(JobTable & io_root, Job & io_job)
 {
-    JobTable table = io_root.Table("blank");
-    if (!table.IsPresent())
-        io_root.Refuse("blank", "the table [blank] with the thickness of the sheet is missing");
+    JobTable table = io_root.NeededTable("blank", "a table with the thickness of the sheet");
     io_job.thickness = table.NeededQuantity("thickness", Dimension::Length);
-    if (!(io_job.thickness > 0.0))
-        table.Refuse("thickness", "must be above 0");
+    if (!(io_job.thickness >= kThinnest && io_job.thickness <= kThickest))
+        table.Refuse("thickness", "must be from " + Shortest(kThinnest) + " to " + Shortest(kThickest) + " mm");
     table.Finish();
 }
 
@@ -131,13 +123,6 @@ void ReadFriction(JobTable & io_root, Job & io_job)
     table.Finish();
 }
 
-double NotNegative(JobTable const & i_table, std::string const & i_key, double i_value)
-{
-    if (!(i_value >= 0.0))
-        i_table.Refuse(i_key, "must not be negative");
-    return i_value;
-}
-
 void ReadHolder(JobTable & io_root, Job & io_job)
 {
     JobTable table = io_root.Table("blank_holder");
@@ -162,68 +147,6 @@ void ReadHolder(JobTable & io_root, Job & io_job)
     if (holder.kind != HolderKind::Level && holder.force == 0.0)
         holder = {};
     table.Finish();
-}
-
-JobSelection ReadSelection(JobTable & io_table, std::string const & i_idsKey)
-{
-    JobSelection selection;
-    selection.line = io_table.Line();
-    selection.where = io_table.Name("");
-    selection.where.pop_back(); // the point behind the table's name
-    if (std::optional<std::string> const set = io_table.Text("set"))
-        selection.set = *set;
-    selection.ids = io_table.Integers(i_idsKey);
-    if (std::vector<Point3> const box = io_table.Points("box"); !box.empty())
-    {
-        if (box.size() != 2)
-            io_table.Refuse("box", "must be two points, the lower and the upper corner");
-        for (std::size_t i = 0; i < 3; ++i)
-            if (!(box[0][i] <= box[1][i]))
-                io_table.Refuse("box", "its first corner must be the lower one");
-        selection.box = {box[0], box[1]};
-    }
-    if (selection.IsEmpty())
-        io_table.Refuse(i_idsKey, "nothing is selected: give set, " + i_idsKey + " or box_mm");
-    return selection;
-}
-
-void ReadActions(JobTable & io_root, Job & io_job)
-{
-    for (JobTable & table : io_root.Tables("holder"))
-    {
-        double const force = NotNegative(table, "force", table.NeededQuantity("force", Dimension::Force));
-        io_job.holders.push_back({force, ReadSelection(table, "nodes")});
-        table.Finish();
-    }
-    for (JobTable & table : io_root.Tables("bead"))
-    {
-        JobBead bead;
-        bead.force = NotNegative(table, "force", table.NeededQuantity("force", Dimension::ForcePerLength));
-        bead.points = table.Points("points");
-        bead.line = table.Line();
-        bead.where = table.Name("points");
-        if (bead.points.size() < 2)
-            table.Refuse("points", "a bead needs at least two points, points_mm = [[x, y, z], [x, y, z]]");
-        table.Finish();
-        io_job.beads.push_back(std::move(bead));
-    }
-    for (JobTable & table : io_root.Tables("pad"))
-    {
-        double const pressure = NotNegative(table, "pressure", table.NeededQuantity("pressure", Dimension::Stress));
-        io_job.pads.push_back({pressure, ReadSelection(table, "elements")});
-        table.Finish();
-    }
-    for (JobTable & table : io_root.Tables("constraint"))
-    {
-        JobConstraint constraint;
-        constraint.x = table.Quantity("x", Dimension::Length);
-        constraint.y = table.Quantity("y", Dimension::Length);
-        if (!constraint.x && !constraint.y)
-            table.Refuse("x", "a constraint prescribes x, y or both");
-        constraint.nodes = ReadSelection(table, "nodes");
-        table.Finish();
-        io_job.constraints.push_back(std::move(constraint));
-    }
 }
 
 double Thinning(JobTable & io_table, std::string const & i_key, double i_default)
@@ -326,6 +249,7 @@ void ReadTables(JobTable & io_root, Job & io_job)
     ReadFriction(io_root, io_job);
     ReadHolder(io_root, io_job);
     ReadActions(io_root, io_job);
+    ReadModes(io_root, io_job);
     ReadLimits(io_root, io_job);
     CompleteLimits(io_root, io_job);
     ReadSolver(io_root, io_job);
@@ -341,6 +265,20 @@ std::string NameFor(fs::path const & i_path)
     return i_path == "-" ? "job" : isPlain && !folder.empty() ? folder : stem;
 }
 } // namespace
+
+double ReadLengthUnit(JobTable & io_table)
+{
+    if (!io_table.Has("length_unit"))
+    {
+        io_table.Text("length_unit", "of the file, else mm");
+        return 0.0;
+    }
+    std::string const unit = io_table.NeededText("length_unit");
+    Unit const * const found = FindUnit(unit);
+    if (found == nullptr || found->dimension != Dimension::Length)
+        io_table.Refuse("length_unit", "\"" + unit + "\" is no unit of length (" + UnitsOf(Dimension::Length) + ")");
+    return found->factor;
+}
 
 std::string FromFolder(std::string const & i_folder, std::string const & i_path)
 {

@@ -1,4 +1,4 @@
-// JobLock.cpp: a job with every default filled in, as a job file; and the commented file to begin with.
+// JobLock.cpp: a job with every default filled in, as a job file.
 
 #include "Job.h"
 #include "OutputFile.h"
@@ -59,6 +59,8 @@ public:
         Symmetry();
         Process();
         Actions();
+        Modes();
+        Springback();
         Limits();
         Outputs();
         Lock(i_inputs);
@@ -83,15 +85,19 @@ private:
         return Quoted((error || relative.empty() ? absolute : relative).generic_string());
     }
 
+    void LengthUnit(double i_unitLength)
+    {
+        for (auto const & [text, length] :
+             {std::pair{"mm", 1.0}, {"cm", 10.0}, {"m", 1000.0}, {"um", 0.001}, {"in", 25.4}})
+            if (i_unitLength == length)
+                Line("length_unit", Quoted(text));
+    }
+
     void Mesh()
     {
         Head("mesh");
         Line("file", Path(mJob.mesh));
-        if (mJob.unitLength > 0.0)
-            for (auto const & [text, length] :
-                 {std::pair{"mm", 1.0}, {"cm", 10.0}, {"m", 1000.0}, {"um", 0.001}, {"in", 25.4}})
-                if (mJob.unitLength == length)
-                    Line("length_unit", Quoted(text));
+        LengthUnit(mJob.unitLength);
         if (mJob.weld >= 0.0)
             Line("weld_tolerance_mm", mJob.weld);
         Line("repair_orientation", mJob.repairOrientation);
@@ -175,13 +181,7 @@ private:
     {
         if (!i_selection.set.empty())
             Line("set", Quoted(i_selection.set));
-        if (!i_selection.ids.empty())
-        {
-            std::string ids;
-            for (int const id : i_selection.ids)
-                ids += (ids.empty() ? "" : ", ") + std::to_string(id);
-            Line(i_idsKey, "[" + ids + "]");
-        }
+        Ids(i_idsKey, i_selection.ids);
         if (i_selection.box)
             Line("box_mm", "[" + Row((*i_selection.box)[0]) + ", " + Row((*i_selection.box)[1]) + "]");
     }
@@ -198,10 +198,7 @@ private:
         {
             HeadOfMany("bead");
             Line("force_N_per_mm", bead.force);
-            std::string points;
-            for (Point3 const & point : bead.points)
-                points += (points.empty() ? "" : ", ") + Row(point);
-            Line("points_mm", "[" + points + "]");
+            Points("points_mm", bead.points);
         }
         for (JobPad const & pad : mJob.pads)
         {
@@ -220,11 +217,85 @@ private:
         }
     }
 
+    void Modes()
+    {
+        if (mJob.binder)
+        {
+            Head("binder");
+            Line("file", Path(mJob.binder->mesh));
+            LengthUnit(mJob.binder->unitLength);
+        }
+        if (!mJob.autoStrain)
+            return;
+        JobAutoStrain const & wanted = *mJob.autoStrain;
+        Head("auto_strain");
+        if (wanted.target)
+        {
+            Line("target_point_mm", Row(*wanted.target));
+            Line("target_strain_percent", wanted.targetStrain);
+        }
+        if (wanted.reference)
+        {
+            Line("reference_point_mm", Row(*wanted.reference));
+            Line("reference_strain_percent", wanted.referenceStrain);
+        }
+        Line("value", wanted.value);
+    }
+
+    void Ids(std::string const & i_key, std::vector<int> const & i_ids)
+    {
+        std::string row;
+        for (int const id : i_ids)
+            row += (row.empty() ? "" : ", ") + std::to_string(id);
+        if (!i_ids.empty())
+            Line(i_key, "[" + row + "]");
+    }
+
+    void Points(std::string const & i_key, std::vector<Point3> const & i_points)
+    {
+        std::string rows;
+        for (Point3 const & point : i_points)
+            rows += (rows.empty() ? "" : ", ") + Row(point);
+        if (!i_points.empty())
+            Line(i_key, "[" + rows + "]");
+    }
+
+    void Springback()
+    {
+        if (!mJob.springback)
+            return;
+        JobSpringback const & springback = *mJob.springback;
+        Head("springback");
+        Line("on", springback.isOn);
+        Line("fixity", springback.isBoundaryHeld);
+        Ids("align_nodes", springback.alignNodes);
+        Points("align_points_mm", springback.alignPoints);
+        Ids("watch_nodes", springback.watchNodes);
+        Points("watch_points_mm", springback.watchPoints);
+        if (springback.section)
+        {
+            Line("section_normal", Row(springback.section->normal));
+            Line("section_point_mm", Row(springback.section->point));
+        }
+        Line("exaggeration", springback.exaggeration);
+        if (springback.trimmed)
+        {
+            Head("springback.trim");
+            Selection(*springback.trimmed, "elements");
+        }
+        for (JobSelection const & constraint : springback.constraints)
+        {
+            HeadOfMany("springback.constraint");
+            Selection(constraint, "nodes");
+        }
+    }
+
     void Limits()
     {
         JobLimits const & limits = mJob.limits;
         Head("limits");
-        Line("fld0_percent", limits.fldZero);
+        if (limits.isFldZeroGiven || mJob.materials.size() == 1) // else each material has its own
+            Line("fld0_percent", limits.fldZero);
         Line("curve", Quoted(limits.isHalved ? "halved" : "standard"));
         Line("safety_margin_percent", limits.safetyMargin);
         Line("plane_strain_tolerance_percent", limits.planeStrainTolerance);
@@ -272,86 +343,6 @@ private:
 std::string LockedJob(Job const & i_job, std::vector<OutcomeInput> const & i_inputs, std::string const & i_folder)
 {
     return LockWriter(i_job, i_folder).Text(i_inputs);
-}
-
-std::string StarterJob()
-{
-    return R"(# A forming job. Lines with # are comments; what is left out takes the value shown here, unless it is needed.
-# Values carry their unit: in the key (thickness_mm = 0.78) or in the text (thickness = "0.78 mm").
-# Run it with: dravo run job.toml        Check it with: dravo check job.toml
-title = "My part"
-
-[mesh]
-file = "part.bdf"             # needed; Nastran bulk data, LS-DYNA keyword, OBJ or STL; relative to this file
-# length_unit = "mm"          # of the mesh file: mm, cm, m, um, in; what the file says goes first
-# weld_tolerance = "0.001 mm" # for STL: corners nearer than this are one node
-# repair_orientation = true   # elements that run against their neighbours are turned
-
-[blank]
-thickness = "0.8 mm"          # needed
-
-[material]
-from = "mild-140-270"         # from the database ("dravo materials" lists it); or inline:
-# name = "mild steel"
-# K = "565 MPa"               # strength coefficient of K (e0 + e)^n
-# n = 0.26                    # hardening exponent
-# r = 1.79                    # normal anisotropy
-# yield = "157 MPa"           # or e0 = 0.0071
-# E = "210 GPa"
-# poisson = 0.3
-# density = "7850 kg/m3"
-# [material.curve]            # in place of the power law
-# strain_kind = "engineering" # or "true" (total), or "plastic" (log plastic)
-# strain_percent = [0.2, 2, 5, 10, 20]
-# stress_MPa = [160, 200, 240, 270, 290]
-
-# [symmetry]
-# planes = "none"             # none, xz, yz, both: the model's edge lies on y = 0, x = 0 or both
-# x = "0 mm"                  # where the yz plane stands
-# y = "0 mm"                  # where the xz plane stands
-
-# [tip]
-# die_line = [0, 0, 1]        # stamping direction; left out: the mean normal of the part
-
-[friction]
-coefficient = 0.12
-# tools = false               # friction on punch and die as well as under the holder
-
-[blank_holder]                # one of the three
-level = 2                     # 0 none, 1 light, 2 medium, 3 strong, 4 no draw-in at all
-# force_per_length = "9.4 N/mm"
-# total_force = "19.6 kN"     # of the whole part, whatever the symmetry
-
-# [[holder]]                  # a holder on some free edges
-# force = "5 kN"
-# nodes = [11, 12, 13]        # ids of the mesh file; or box_mm = [[x, y, z], [x, y, z]]
-
-# [[bead]]
-# force = "80 N/mm"
-# points_mm = [[60, -40, 40], [60, 40, 40]]
-
-# [[pad]]
-# pressure = "2 MPa"
-# set = "1"                   # element set by name or id; or elements = [...]; or box_mm = [...]
-
-# [[constraint]]              # displacement from the part to the flat, in the stamping frame
-# x = "0 mm"
-# nodes = [1, 2, 3]
-
-# [limits]
-# fld0 = "36 %"               # left out: from thickness and n
-# safety_margin = "10 %"
-# thinning = "25 %"           # thinner than this is failure, whatever the curve says; 0: off
-# thinning_margin = "20 %"
-
-# [output]
-# folder = "out"              # left out: out, in the current folder
-# report = true
-# vtu = true
-# dxf = true
-# svg = true
-# tables = false
-)";
 }
 
 } // namespace voz::workbench

@@ -168,10 +168,11 @@ void ReadCurve(JobTable & io_curve, JobMaterial & io_material)
 
 void ReadMaterials(JobTable & io_root, Job & io_job)
 {
-    for (JobTable & table : io_root.Tables("material"))
+    std::vector<JobTable> tables = io_root.Tables("material");
+    if (tables.empty())
+        tables.push_back(io_root.NeededTable("material", "a table with from = \"NAME\" or K, n, r, yield"));
+    for (JobTable & table : tables)
         io_job.materials.push_back(ReadMaterial(table, io_job.folder));
-    if (io_job.materials.empty())
-        io_root.Refuse("material", "the table [material] is missing: from = \"NAME\" or K, n, r, yield");
 }
 
 } // namespace voz::workbench

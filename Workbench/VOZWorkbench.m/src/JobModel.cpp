@@ -207,6 +207,26 @@ void CheckPlanes(Job const & i_job, JobModel const & i_model)
             throw InputError(i_job.path, 0, 0, "symmetry: no node lies on " + name + "; the model must end there");
     }
 }
+// The binder's mesh is held to what holds for the part's.
+void ReadBinder(Job const & i_job, JobModel & io_model)
+{
+    if (!i_job.binder)
+        return;
+    Job named = i_job;
+    named.mesh = i_job.binder->mesh;
+    ReadOptions options;
+    options.unitLength = i_job.binder->unitLength;
+    JobModel binder;
+    binder.mesh = ReadMesh(named.mesh, options);
+    binder.report = CheckMesh(binder.mesh);
+    Orient(named, binder);
+    CheckFit(named, binder);
+    for (auto const & [from, to] :
+         {std::pair{&binder.remarks, &io_model.remarks}, std::pair{&binder.warnings, &io_model.warnings}})
+        for (std::string const & text : *from)
+            to->push_back("binder: " + text);
+    io_model.binder = std::move(binder.mesh);
+}
 } // namespace
 
 JobModel ReadModel(Job const & i_job)
@@ -221,6 +241,7 @@ JobModel ReadModel(Job const & i_job)
     Orient(i_job, model);
     CheckFit(i_job, model);
     CheckSizes(i_job, model);
+    ReadBinder(i_job, model);
     return model;
 }
 
@@ -257,6 +278,32 @@ std::vector<int> NodesOf(JobSelection const & i_selection, Job const & i_job, Jo
             if (IsInside(*i_selection.box, mesh.GetNodeData()[n]))
                 nodes.push_back(n);
     return Sorted(std::move(nodes), i_selection, i_job);
+}
+
+int NearestNode(VOZCatMesh const & i_mesh, Point3 const & i_place)
+{
+    int nearest = 1;
+    double least = INFINITY;
+    for (int n = 1; n <= i_mesh.numNode(); ++n)
+    {
+        double const * const p = i_mesh.GetNodeData()[n];
+        double const distance = std::hypot(p[0] - i_place[0], p[1] - i_place[1], p[2] - i_place[2]);
+        if (distance < least)
+        {
+            least = distance;
+            nearest = n;
+        }
+    }
+    return nearest;
+}
+
+int NodeOfId(int i_id, std::string const & i_key, int i_line, Job const & i_job, JobModel const & i_model)
+{
+    std::vector<int> const & ids = i_model.mesh.nodeIds;
+    auto const found = std::ranges::find(ids, i_id);
+    if (found == ids.end())
+        throw InputError(i_job.path, i_line, 0, i_key + ": the mesh has no node " + std::to_string(i_id));
+    return static_cast<int>(found - ids.begin()) + 1;
 }
 
 Tipping FindTipping(VOZCatMesh const & i_mesh, std::vector<JobPlane> const & i_planes,

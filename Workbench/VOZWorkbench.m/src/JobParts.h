@@ -17,6 +17,18 @@ void ReadMaterials(JobTable & io_root, Job & io_job);
 // Turns the points of a measured curve into log plastic strain and true stress; refuses one that is no curve.
 void ReadCurve(JobTable & io_curve, JobMaterial & io_material);
 
+// Holders, beads, pads and constraints.
+void ReadActions(JobTable & io_root, Job & io_job);
+
+// The tables "binder", "auto_strain" and "springback".
+void ReadModes(JobTable & io_root, Job & io_job);
+
+// Set, ids (under i_idsKey) and box of a table; refuses one that selects nothing.
+JobSelection ReadSelection(JobTable & io_table, std::string const & i_idsKey);
+
+double ReadLengthUnit(JobTable & io_table); // "length_unit": mm per unit, 0 where the key is missing
+double NotNegative(JobTable const & i_table, std::string const & i_key, double i_value); // i_value, or refuses
+
 // What is possible but unusual, as warnings that name the number and the usual range.
 void CheckSense(Job const & i_job, std::vector<std::string> & io_warnings);
 

@@ -383,6 +383,14 @@ JobTable JobTable::Table(std::string const & i_key)
     return {*mContext, node == nullptr ? nullptr : node->as_table(), Name(i_key)};
 }
 
+JobTable JobTable::NeededTable(std::string const & i_key, std::string const & i_expected)
+{
+    JobTable table = Table(i_key);
+    if (!table.IsPresent())
+        Missing(i_key, i_expected);
+    return table;
+}
+
 std::vector<JobTable> JobTable::Tables(std::string const & i_key)
 {
     std::vector<JobTable> tables;

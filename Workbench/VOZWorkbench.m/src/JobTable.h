@@ -65,6 +65,7 @@ public:
     std::optional<Point3> Direction(std::string const & i_key);
 
     JobTable Table(std::string const & i_key);
+    JobTable NeededTable(std::string const & i_key, std::string const & i_expected);
     std::vector<JobTable> Tables(std::string const & i_key); // one table or an array of tables
 
     // Refuses a value of the key, at its line.

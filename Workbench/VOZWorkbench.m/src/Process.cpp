@@ -4,17 +4,16 @@
 #include "EdgeSets.h"
 #include "JobModel.h"
 #include "OutputFile.h"
-#include "VOZMaterial.h"
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace voz::workbench
 {
 
 namespace
 {
-constexpr double kMetrePerMillimetre = 0.001;
 constexpr double kPascalPerMegapascal = 1e6;
 constexpr double kNewtonPerMetre = 1000.0; // per N/mm
 constexpr int kOptionTotalForce = 5;
@@ -145,155 +144,158 @@ void FillBeads(Job const & i_job, JobModel const & i_model, Tipping const & i_ti
     }
 }
 
-// A pad is a list of nodes there: an element outside the set whose corners are all listed would count as within.
-int ElementsCaught(VOZCatMesh const & i_mesh, std::vector<int> const & i_elements, std::vector<char> const & i_isListed)
+// Marks of the nodes of some elements, by position.
+std::vector<char> CornersOf(std::vector<int> const & i_elements, VOZCatMesh const & i_mesh)
 {
-    int caught = 0;
-    for (int e = 1; e <= i_mesh.numElem(); ++e)
-    {
-        bool isListed = true;
+    std::vector<char> isCorner(static_cast<std::size_t>(i_mesh.numNode()) + 1, 0);
+    for (int const e : i_elements)
         for (int k = 0; k < 4; ++k)
-            isListed = isListed && i_isListed[static_cast<std::size_t>(i_mesh.ElementValue(e, k))] != 0;
-        if (isListed && !std::ranges::binary_search(i_elements, e))
-            ++caught;
-    }
-    return caught;
+            isCorner[static_cast<std::size_t>(i_mesh.ElementValue(e, k))] = 1;
+    return isCorner;
 }
 
-void FillPads(Job const & i_job, JobModel const & i_model, Process & io_process)
+std::vector<int> PadRowsOf(std::vector<int> const & i_elements, VOZCatMesh const & i_mesh, PadRows i_padRows)
+{
+    if (i_padRows == PadRows::Elements)
+        return i_elements;
+    std::vector<char> const isCorner = CornersOf(i_elements, i_mesh);
+    std::vector<int> nodes;
+    for (int n = 1; n <= i_mesh.numNode(); ++n)
+        if (isCorner[static_cast<std::size_t>(n)] != 0)
+            nodes.push_back(n);
+    return nodes;
+}
+
+void FillPads(Job const & i_job, JobModel const & i_model, PadRows i_padRows, Process & io_process)
 {
     if (i_job.pads.empty())
         return;
-    VOZCatMesh const & mesh = i_model.mesh.mesh;
     ElemProperty & property = io_process.property;
     property.sizePressPads(static_cast<int>(i_job.pads.size()));
+    std::vector<int> padOf(static_cast<std::size_t>(i_model.mesh.mesh.numElem()) + 1, 0);
     int i = 0;
     for (JobPad const & pad : i_job.pads)
     {
         ++i;
         std::vector<int> const elements = ElementsOf(pad.elements, i_job, i_model);
-        std::vector<char> isListed(static_cast<std::size_t>(mesh.numNode()) + 1, 0);
-        for (int const e : elements)
-            for (int k = 0; k < 4; ++k)
-                isListed[static_cast<std::size_t>(mesh.ElementValue(e, k))] = 1;
-        property.pressPadSize(i, static_cast<int>(std::ranges::count(isListed, 1)));
+        std::vector<int> const rows = PadRowsOf(elements, i_model.mesh.mesh, i_padRows);
+        property.pressPadSize(i, static_cast<int>(rows.size()));
         property.pressPadVal(i, pad.pressure * kPascalPerMegapascal);
         int row = 0;
-        for (int n = 1; n <= mesh.numNode(); ++n)
-            if (isListed[static_cast<std::size_t>(n)] != 0)
-                property.pressPads(i, ++row, n);
-        if (int const caught = ElementsCaught(mesh, elements, isListed); caught > 0)
-            io_process.warnings.push_back(pad.elements.where +
-                                          ": the file route knows a pad by its nodes, which takes " +
-                                          std::to_string(caught) + " more elements with it");
+        for (int const entry : rows)
+            property.pressPads(i, ++row, entry);
+        int shared = 0;
+        for (int const e : elements)
+            shared += std::exchange(padOf[static_cast<std::size_t>(e)], i) != 0 ? 1 : 0;
+        if (shared > 0)
+            io_process.warnings.push_back(pad.elements.where + ": " + std::to_string(shared) +
+                                          " of its elements lie under an earlier pad, too; the later pad counts");
     }
+}
+
+struct PrescribedTable
+{
+    JobConstraint const * constraint;
+    std::optional<double> x;
+    std::optional<double> y;
+};
+
+// A table of both directions says in the kernel's records that its nodes stay where they are: values other than 0 need
+// a table each.
+std::vector<PrescribedTable> TablesOf(std::vector<JobConstraint> const & i_constraints)
+{
+    std::vector<PrescribedTable> tables;
+    for (JobConstraint const & constraint : i_constraints)
+        if (constraint.x.value_or(0.0) != 0.0 || constraint.y.value_or(0.0) != 0.0)
+        {
+            if (constraint.x)
+                tables.push_back({&constraint, constraint.x, std::nullopt});
+            if (constraint.y)
+                tables.push_back({&constraint, std::nullopt, constraint.y});
+        }
+        else
+            tables.push_back({&constraint, constraint.x, constraint.y});
+    return tables;
 }
 
 void FillConstraints(Job const & i_job, JobModel const & i_model, Tipping const & i_tipping, Process & io_process)
 {
-    if (i_job.constraints.empty())
+    std::vector<PrescribedTable> const tables = TablesOf(i_job.constraints);
+    if (tables.empty())
         return;
     ElemProperty & property = io_process.property;
-    property.sizeDispBC(static_cast<int>(i_job.constraints.size()));
+    property.sizeDispBC(static_cast<int>(tables.size()));
     int i = 0;
-    for (JobConstraint const & constraint : i_job.constraints)
+    for (PrescribedTable const & prescribed : tables)
     {
-        std::vector<int> const nodes = NodesOf(constraint.nodes, i_job, i_model);
+        std::vector<int> const nodes = NodesOf(prescribed.constraint->nodes, i_job, i_model);
         DispBC table(static_cast<int>(nodes.size()));
         std::ranges::copy(nodes, table.nodes);
-        table.setCode((constraint.x ? 1 : 0) | (constraint.y ? 2 : 0));
-        table.values[0] = constraint.x.value_or(0.0);
-        table.values[1] = constraint.y.value_or(0.0);
+        table.setCode((prescribed.x ? 1 : 0) | (prescribed.y ? 2 : 0));
+        table.values[0] = prescribed.x.value_or(0.0);
+        table.values[1] = prescribed.y.value_or(0.0);
         table.frame = i_tipping.frame;
         property.dispBCs(++i, table);
     }
 }
-} // namespace
 
-void FillMaterials(JobMaterial const & i_material, double i_thickness, JobLimits const & i_limits,
-                   Material & io_material, VOZMaterial & io_kernelMaterial)
+void FillAutoStrain(Job const & i_job, Process & io_process)
 {
-    int const points = static_cast<int>(i_material.curve.size());
-    io_material =
-        Material(i_thickness, i_material.anisotropy, i_material.exponent, i_material.strength, i_material.yield);
-    CATUnicodeString name(i_material.name.c_str());
-    io_material.SetName(name);
-    io_material.sizeSSData(points);
-
-    VOZMaterial & kernel = io_kernelMaterial;
-    kernel.m_strName = name;
-    kernel.m_dThickness = i_thickness * kMetrePerMillimetre;
-    kernel.m_dNValue = i_material.exponent;
-    kernel.m_dRValue = i_material.anisotropy;
-    kernel.m_dKValue = i_material.strength * kPascalPerMegapascal;
-    kernel.m_dYield = i_material.yield * kPascalPerMegapascal;
-    delete[] kernel.m_padPoints;
-    kernel.m_nNumPoints = points;
-    kernel.m_padPoints = points > 0 ? new double[2 * i_material.curve.size()] : nullptr;
-    double * point = kernel.m_padPoints;
-    for (int i = 0; i < points; ++i)
-    {
-        auto const & [strain, stress] = i_material.curve[static_cast<std::size_t>(i)];
-        io_material.setSSData(i, 0, strain);
-        io_material.setSSData(i, 1, stress);
-        *point++ = strain;
-        *point++ = stress * kPascalPerMegapascal;
-    }
-    kernel.m_dDensity = i_material.density;
-    kernel.m_dYoungsModulus = i_material.modulus * kPascalPerMegapascal;
-    kernel.m_dPoisson = i_material.poisson;
-    kernel.m_dFldZero = i_limits.fldZero;
-    kernel.m_nFldType = i_limits.isHalved ? 1 : 0;
-    kernel.m_dSafetyMargin = i_limits.safetyMargin;
-    kernel.m_dPlaneStrainTol = i_limits.planeStrainTolerance;
-    kernel.m_dThinningLimit = std::log1p(-i_limits.thinning / 100.0);
-    kernel.m_dThinningMargin = std::log1p(-i_limits.thinningMargin / 100.0);
-    kernel.m_dShearLimit = i_limits.shear / 100.0;
-    kernel.m_dShearMargin = i_limits.shearMargin / 100.0;
-    kernel.m_dWrinkleLimit = i_limits.wrinkle / 100.0;
+    if (!i_job.autoStrain)
+        return;
+    JobAutoStrain const & wanted = *i_job.autoStrain;
+    io_process.property.setAutoStrain(wanted.target ? wanted.target->data() : nullptr,
+                                      wanted.reference ? wanted.reference->data() : nullptr, wanted.targetStrain,
+                                      wanted.referenceStrain, wanted.value, true);
 }
 
-FormingLimit LimitOf(Job const & i_job)
-{
-    JobMaterial const & material = i_job.materials.front();
-    return {material.anisotropy,
-            material.exponent,
-            i_job.thickness * kMetrePerMillimetre, // the class reads metres
-            i_job.limits.safetyMargin,
-            i_job.limits.planeStrainTolerance,
-            i_job.limits.fldZero,
-            i_job.limits.isHalved ? 1 : 0};
-}
-
-std::string ConfigurationText(JobLimits const & i_limits)
-{
-    std::string text = "# Settings of one job: the limits of its zones. 0 switches a test off.\nSolverRam=0\n";
-    for (auto const & [key, value] : {std::pair{"ThinningLimit", std::log1p(-i_limits.thinning / 100.0)},
-                                      {"ThinningMargin", std::log1p(-i_limits.thinningMargin / 100.0)},
-                                      {"ShearLimit", i_limits.shear / 100.0},
-                                      {"ShearMargin", i_limits.shearMargin / 100.0},
-                                      {"WrinkleLimit", i_limits.wrinkle / 100.0}})
-        text += std::string(key) + "=" + Shortest(value == 0.0 ? 0.0 : value) + "\n";
-    return text;
-}
-
-void BuildProcess(Job const & i_job, JobModel const & i_model, Tipping const & i_tipping, Process & io_process)
+void FillProperties(Job const & i_job, JobModel const & i_model, Process & io_process)
 {
     ElemProperty & property = io_process.property;
-    int const numElem = i_model.mesh.mesh.numElem();
-    property.sizeProperty(1);
-    property.sizePropertyIndex(numElem);
-    for (int e = 1; e <= numElem; ++e)
-        property.propertyId(e, 1);
-    FillMaterials(i_job.materials.front(), i_job.thickness, i_job.limits, io_process.material, *property.material(1));
-    property.formingLimit(1) = LimitOf(i_job);
+    std::vector<int> const materialOf = MaterialOfElements(i_job, i_model);
+    property.sizeProperty(static_cast<int>(i_job.materials.size()));
+    property.sizePropertyIndex(i_model.mesh.mesh.numElem());
+    for (int e = 1; e <= i_model.mesh.mesh.numElem(); ++e)
+        property.propertyId(e, materialOf[static_cast<std::size_t>(e)]);
+    int i = 0;
+    for (JobMaterial const & material : i_job.materials)
+    {
+        Material unused;
+        ++i;
+        FillMaterials(i_job, material, i == 1 ? io_process.material : unused, *property.material(i));
+        property.formingLimit(i) = LimitOf(i_job, material);
+    }
+}
+} // namespace
+
+int ElementsCaught(JobPad const & i_pad, Job const & i_job, JobModel const & i_model)
+{
+    VOZCatMesh const & mesh = i_model.mesh.mesh;
+    std::vector<int> const elements = ElementsOf(i_pad.elements, i_job, i_model);
+    std::vector<char> const isListed = CornersOf(elements, mesh);
+    int caught = 0;
+    for (int e = 1; e <= mesh.numElem(); ++e)
+    {
+        bool isCaught = !std::ranges::binary_search(elements, e);
+        for (int k = 0; k < 4; ++k)
+            isCaught = isCaught && isListed[static_cast<std::size_t>(mesh.ElementValue(e, k))] != 0;
+        caught += isCaught ? 1 : 0;
+    }
+    return caught;
+}
+
+void BuildProcess(Job const & i_job, JobModel const & i_model, Tipping const & i_tipping, PadRows i_padRows,
+                  Process & io_process)
+{
+    FillProperties(i_job, i_model, io_process);
     io_process.friction.coefficient(i_job.friction);
     FillHolder(i_job, io_process);
     CheckTotalForce(i_job, i_model, io_process);
     FillEdgeHolders(i_job, i_model, io_process);
     FillBeads(i_job, i_model, i_tipping, io_process);
-    FillPads(i_job, i_model, io_process);
+    FillPads(i_job, i_model, i_padRows, io_process);
     FillConstraints(i_job, i_model, i_tipping, io_process);
+    FillAutoStrain(i_job, io_process);
 }
 
 } // namespace voz::workbench

@@ -8,6 +8,7 @@
 #include "FormingChart.h"
 #include "Html.h"
 #include "OutputFile.h"
+#include "ReportSections.h"
 #include "Viewer.h"
 
 #include <algorithm>
@@ -83,16 +84,25 @@ std::string head(Outcome const & outcome)
                        ", t = " + Fixed(outcome.firstThickness, 3) + " mm; route: " + Escaped(outcome.route) +
                        "</p>\n" + verdict(outcome) + "</header>\n";
     html += "<nav aria-label=\"Sections\">";
-    for (auto const & [id, name] :
-         std::initializer_list<std::pair<char const *, char const *>>{{"summary", "Summary"},
-                                                                      {"part", "Part"},
-                                                                      {"fld", "Forming limit"},
-                                                                      {"blank", "Blank"},
-                                                                      {"forces", "Forces"},
-                                                                      {"tipping", "Tipping"},
-                                                                      {"checks", "Checks"},
-                                                                      {"provenance", "Provenance"}})
-        html += std::string("<a href=\"#") + id + "\">" + name + "</a>\n";
+    struct Section
+    {
+        char const * id;
+        char const * name;
+        bool isThere;
+    };
+    for (auto const & [id, name, isThere] :
+         std::initializer_list<Section>{{"summary", "Summary", true},
+                                        {"part", "Part", true},
+                                        {"layers", "Layers", !outcome.top.empty()},
+                                        {"fld", "Forming limit", true},
+                                        {"blank", "Blank", true},
+                                        {"forces", "Forces", true},
+                                        {"springback", "Springback", outcome.springback.has_value()},
+                                        {"tipping", "Tipping", true},
+                                        {"checks", "Checks", true},
+                                        {"provenance", "Provenance", true}})
+        if (isThere)
+            html += std::string("<a href=\"#") + id + "\">" + name + "</a>\n";
     return html + "</nav>\n";
 }
 
@@ -116,6 +126,8 @@ std::string summary(Outcome const & outcome)
         if (code >= 0 || share(outcome, code) > 0.0)
             add(std::string("Elements: ") + SafetyName(code), percent(share(outcome, code)));
     add("Punch force", Fixed(s.punchForce / 1000.0, 2) + " kN");
+    if (outcome.springback)
+        add("Largest deviation after springback", Fixed(outcome.springback->Figures().largest, 3) + " mm");
     add("Undercut elements", std::to_string(s.undercutElements) + " (up to " + Fixed(s.undercutAngle, 2) + " degrees)");
     return "<section id=\"summary\">\n<h2>Summary</h2>\n" + Table(table) + "</section>\n";
 }
@@ -142,7 +154,7 @@ std::string formingLimit(Outcome const & outcome)
     std::vector<std::size_t> order(outcome.elements.size());
     std::iota(order.begin(), order.end(), std::size_t{0});
     auto const margin = [&](std::size_t e)
-    { return outcome.limit.limitCurveMajor(outcome.elements[e].minor) - outcome.elements[e].major; };
+    { return outcome.LimitOf(e).limitCurveMajor(outcome.elements[e].minor) - outcome.elements[e].major; };
     std::size_t const listed = std::min(kWorstListed, order.size());
     std::partial_sort(order.begin(), order.begin() + static_cast<std::ptrdiff_t>(listed), order.end(),
                       [&](std::size_t a, std::size_t b)
@@ -158,7 +170,7 @@ std::string formingLimit(Outcome const & outcome)
     {
         ElementOutcome const & e = outcome.elements[order[i]];
         table.rows.push_back({std::to_string(order[i] + 1), Fixed(e.major, 2), Fixed(e.minor, 2),
-                              Fixed(outcome.limit.limitCurveMajor(e.minor), 2), Fixed(margin(order[i]), 2),
+                              Fixed(outcome.LimitOf(order[i]).limitCurveMajor(e.minor), 2), Fixed(margin(order[i]), 2),
                               SafetyName(e.safety)});
     }
     return "<section id=\"fld\">\n<h2>Forming limit diagram</h2>\n" +
@@ -274,8 +286,9 @@ void WriteReport(Outcome const & i_outcome, std::string const & i_path)
          << Escaped(i_outcome.title) << "</title>\n"
          << kStyle << "</head>\n<body>\n"
          << head(i_outcome) << "<main>\n"
-         << summary(i_outcome) << part(i_outcome) << formingLimit(i_outcome) << blank(i_outcome) << forces(i_outcome)
-         << tipping(i_outcome) << checks(i_outcome) << provenance(i_outcome) << "</main>\n</body>\n</html>\n";
+         << summary(i_outcome) << part(i_outcome) << LayersSection(i_outcome) << formingLimit(i_outcome)
+         << blank(i_outcome) << forces(i_outcome) << SpringbackSection(i_outcome) << tipping(i_outcome)
+         << checks(i_outcome) << provenance(i_outcome) << "</main>\n</body>\n</html>\n";
     page.Commit();
 }
 

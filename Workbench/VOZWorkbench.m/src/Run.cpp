@@ -15,6 +15,7 @@
 #include <algorithm>
 #include <chrono>
 #include <filesystem>
+#include <memory>
 
 namespace voz::workbench
 {
@@ -22,6 +23,8 @@ namespace voz::workbench
 namespace
 {
 namespace fs = std::filesystem;
+
+using Clock = std::chrono::steady_clock;
 
 constexpr int kLastNumber = 999999;
 constexpr char const * kSolverFolder = "solver";
@@ -34,11 +37,11 @@ std::string Numbered(std::string const & i_name, int i_number)
 }
 
 // A folder of our own, whoever else makes some beside it at the same moment.
-fs::path MakeFolder(fs::path const & i_parent, std::string const & i_name, std::string const & i_solver)
+fs::path MakeFolder(fs::path const & i_parent, std::string const & i_name, Route const & i_route)
 {
     std::error_code error;
     fs::path const parent = fs::absolute(i_parent, error).lexically_normal();
-    CheckRoutePath((parent / Numbered(i_name, 1) / kSolverFolder).string(), i_solver);
+    i_route.CheckFolder((parent / Numbered(i_name, 1) / kSolverFolder).string());
     fs::create_directories(parent, error);
     if (!fs::is_directory(parent))
         throw OutputError(parent.string(), error ? error.message() : "it is no folder");
@@ -73,6 +76,7 @@ public:
     }
     void Warning(std::string const & i_text) override { mOuter.Warning(i_text); }
     void Remark(std::string const & i_text) override { mOuter.Remark(i_text); }
+    void Progress(int i_percent) override { mOuter.Progress(i_percent); }
     bool IsInterrupted() override { return mOuter.IsInterrupted(); }
 
     void Finish()
@@ -82,8 +86,6 @@ public:
     }
 
 private:
-    using Clock = std::chrono::steady_clock;
-
     RunObserver & mOuter;
     std::vector<OutcomeStage> & mStages;
     Clock::time_point mBegin;
@@ -92,8 +94,13 @@ private:
 std::vector<OutcomeInput> HashInputs(Job const & i_job)
 {
     std::vector<OutcomeInput> inputs = {{i_job.path, i_job.sha256}};
+    auto const add = [&inputs](std::string const & i_path) {
+        inputs.push_back({i_path, Sha256(ReadTextFile(i_path, std::size_t{1} << 40))});
+    };
     if (i_job.mesh != "-")
-        inputs.push_back({i_job.mesh, Sha256(ReadTextFile(i_job.mesh, std::size_t{1} << 40))});
+        add(i_job.mesh);
+    if (i_job.binder)
+        add(i_job.binder->mesh);
     return inputs;
 }
 
@@ -163,8 +170,8 @@ void LeaveNote(std::string const & i_folder, char const * i_status, std::string 
     }
 }
 
-void RunInFolder(Job const & i_job, RunOptions const & i_options, std::string const & i_solver,
-                 JobModel const & i_model, RunObserver & io_observer, RunRecord & io_record)
+void RunInFolder(Job const & i_job, RunOptions const & i_options, Route const & i_route, JobModel const & i_model,
+                 RunObserver & io_observer, RunRecord & io_record)
 {
     std::vector<OutcomeInput> const inputs = HashInputs(i_job);
     std::vector<std::string> warnings = i_job.warnings;
@@ -178,20 +185,19 @@ void RunInFolder(Job const & i_job, RunOptions const & i_options, std::string co
 
     std::vector<OutcomeStage> stages;
     StageClock clock(io_observer, stages);
-    FileRouteOptions route;
+    RouteOptions route;
     route.folder = (fs::path(io_record.folder) / kSolverFolder).string();
-    route.solver = i_solver;
     route.threads = i_options.threads > 0 ? i_options.threads : i_job.threads;
     route.isSolverSilent = i_options.isSolverSilent;
     Outcome & outcome = io_record.outcome;
-    outcome = RunFileRoute(i_job, i_model, route, clock);
+    outcome = i_route.Run(i_job, i_model, route, clock);
     warnings.insert(warnings.end(), outcome.warnings.begin(), outcome.warnings.end());
     outcome.warnings = std::move(warnings);
     outcome.parameters = i_job.parameters;
     outcome.inputs = inputs;
     outcome.command = i_options.command;
     outcome.version = kVersion;
-    for (OutcomeCheck & check : CheckOutcome(outcome))
+    for (OutcomeCheck & check : CheckOutcome(i_job, outcome))
         outcome.checks.push_back(std::move(check));
 
     clock.Enter("output");
@@ -204,12 +210,33 @@ void RunInFolder(Job const & i_job, RunOptions const & i_options, std::string co
     io_record.files.push_back({"summary", summary});
     io_record.files.push_back({"locked job", lock});
 }
+
+std::string OutFolder(Job const & i_job, std::string const & i_out)
+{
+    return !i_out.empty() ? i_out : !i_job.outputs.folder.empty() ? i_job.outputs.folder : "out";
+}
 } // namespace
+
+void CheckRunFolder(Job const & i_job, std::string const & i_out, Route const & i_route)
+{
+    std::error_code error;
+    fs::path const parent = fs::absolute(OutFolder(i_job, i_out), error).lexically_normal();
+    i_route.CheckFolder((parent / Numbered(i_job.name, 1) / kSolverFolder).string());
+    fs::path standing = parent;
+    while (!fs::exists(standing, error) && standing.has_relative_path())
+        standing = standing.parent_path();
+    if (!fs::is_directory(standing, error))
+        throw OutputError(parent.string(), standing.string() + " is no folder");
+    fs::path const probe = standing / (".dravo-check-" + std::to_string(Clock::now().time_since_epoch().count()));
+    if (!fs::create_directory(probe, error))
+        throw OutputError(parent.string(), "nothing can be made in " + standing.string() + ": " + error.message());
+    fs::remove(probe, error);
+}
 
 RunRecord RunJob(Job const & i_job, RunOptions const & i_options, RunObserver & io_observer)
 {
-    CheckFileRoute(i_job);
-    std::string const solver = FindSolverProgram(i_options.solver);
+    std::unique_ptr<Route> const route = MakeRoute(i_options.route, i_options.solver);
+    route->CheckJob(i_job);
     for (std::string const & warning : i_job.warnings)
         io_observer.Warning(warning);
 
@@ -219,17 +246,15 @@ RunRecord RunJob(Job const & i_job, RunOptions const & i_options, RunObserver & 
         io_observer.Remark(remark);
     for (std::string const & warning : model.warnings)
         io_observer.Warning(warning);
+    route->CheckModel(i_job, model);
 
-    std::string const parent = !i_options.out.empty()          ? i_options.out
-                               : !i_job.outputs.folder.empty() ? i_job.outputs.folder
-                                                               : "out";
     RunRecord record;
-    record.folder = MakeFolder(parent, i_job.name, solver).string();
+    record.folder = MakeFolder(OutFolder(i_job, i_options.out), i_job.name, *route).string();
     record.elementIds = model.mesh.elementIds;
     record.nodeIds = model.mesh.nodeIds;
     try
     {
-        RunInFolder(i_job, i_options, solver, model, io_observer, record);
+        RunInFolder(i_job, i_options, *route, model, io_observer, record);
     }
     catch (Interrupted const &)
     {

@@ -47,16 +47,35 @@ OutcomeCheck ZoneCheck(Outcome const & i_outcome, int i_code, char const * i_nam
     double const percent = 100.0 * i_outcome.summary.safetyShare[static_cast<std::size_t>(i_code + 1)];
     return {i_name, Fixed(percent, 2) + " % of the elements", "0 %", percent == 0.0, true};
 }
+
+// Under stretching the curve rises to a crest; what is stretched further is judged by a branch that was never measured.
+OutcomeCheck CurveCheck(Outcome const & i_outcome)
+{
+    constexpr double kStretched = 1.0; // percent: where the curve's branch of stretching is asked for
+    double a = 0.0;
+    double b = 0.0;
+    i_outcome.limit.factors(kStretched, a, b);
+    double const crest = -a / (2.0 * b);
+    double greatest = 0.0;
+    for (ElementOutcome const & element : i_outcome.elements)
+        greatest = std::max(greatest, element.minor);
+    return {"minor strain within the limit curve", Fixed(greatest, 2) + " %",
+            "at most " + Fixed(crest, 1) + " %, where the curve ends", greatest <= crest, true};
+}
 } // namespace
 
-std::vector<OutcomeCheck> CheckOutcome(Outcome const & i_outcome)
+std::vector<OutcomeCheck> CheckOutcome(Job const & i_job, Outcome const & i_outcome)
 {
     int const undercut = i_outcome.summary.undercutElements;
-    return {VolumeCheck(i_outcome),
-            FlatCheck(i_outcome),
-            ZoneCheck(i_outcome, 0, "elements beyond the limit (failure)"),
-            ZoneCheck(i_outcome, -1, "elements with an impossible strain pair"),
-            {"undercut elements", std::to_string(undercut), "0", undercut == 0, true}};
+    std::vector<OutcomeCheck> checks = {VolumeCheck(i_outcome),
+                                        FlatCheck(i_outcome),
+                                        ZoneCheck(i_outcome, 0, "elements beyond the limit (failure)"),
+                                        ZoneCheck(i_outcome, -1, "elements with an impossible strain pair"),
+                                        {"undercut elements", std::to_string(undercut), "0", undercut == 0, true},
+                                        CurveCheck(i_outcome)};
+    if (std::optional<OutcomeCheck> const symmetry = SymmetryCheck(i_job, i_outcome))
+        checks.push_back(*symmetry);
+    return checks;
 }
 
 } // namespace voz::workbench

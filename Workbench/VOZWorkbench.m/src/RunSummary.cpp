@@ -81,16 +81,52 @@ nlohmann::json JsonOf(OutcomeSummary const & i_summary, Outcome const & i_outcom
             {"model_smallest_rectangle_angle_deg", Rounded(i_summary.smallestRectangle[2])}};
 }
 
-nlohmann::json StrainsOf(Outcome const & i_outcome)
+nlohmann::json StrainsOf(std::vector<ElementOutcome> const & i_elements)
 {
     double greatestMajor = 0.0;
     double leastMinor = 0.0;
-    for (ElementOutcome const & element : i_outcome.elements)
+    for (ElementOutcome const & element : i_elements)
     {
         greatestMajor = std::max(greatestMajor, element.major);
         leastMinor = std::min(leastMinor, element.minor);
     }
     return {{"greatest_major_percent", Rounded(greatestMajor)}, {"least_minor_percent", Rounded(leastMinor)}};
+}
+
+// Nodes of the model by their ids; an image of one has none.
+nlohmann::json NodeName(int i_node, RunRecord const & i_record)
+{
+    auto const n = static_cast<std::size_t>(i_node);
+    return n < i_record.nodeIds.size() ? nlohmann::json(i_record.nodeIds[n]) : nlohmann::json(nullptr);
+}
+
+nlohmann::json SpringbackOf(RunRecord const & i_record)
+{
+    SpringbackOutcome const & springback = *i_record.outcome.springback;
+    auto const figures = [&](DeviationFigures const & i_figures)
+    {
+        double const * const p = springback.part.GetNodeData()[i_figures.largestNode + 1];
+        return nlohmann::json{{"largest_mm", Rounded(i_figures.largest)},
+                              {"largest_node", NodeName(i_figures.largestNode, i_record)},
+                              {"largest_at_mm", {Rounded(p[0]), Rounded(p[1]), Rounded(p[2])}},
+                              {"mean_mm", Rounded(i_figures.mean)}};
+    };
+    nlohmann::json json = {{"before_alignment", figures(springback.figuresBefore)},
+                           {"points", nlohmann::json::array()}};
+    if (!springback.after.empty())
+        json["aligned"] = figures(springback.figuresAfter);
+    for (int const node : springback.aligned)
+        json["aligned_nodes"].push_back(NodeName(node, i_record));
+    for (SpringbackPoint const & point : springback.points)
+    {
+        double const * const p = springback.part.GetNodeData()[point.node + 1];
+        json["points"].push_back({{"node", NodeName(point.node, i_record)},
+                                  {"at_mm", {Rounded(p[0]), Rounded(p[1]), Rounded(p[2])}},
+                                  {"before_alignment_mm", Rounded(point.before)}});
+        if (point.after)
+            json["points"].back()["aligned_mm"] = Rounded(*point.after);
+    }
+    return json;
 }
 
 nlohmann::json ListsOf(Outcome const & i_outcome)
@@ -111,6 +147,14 @@ nlohmann::json ListsOf(Outcome const & i_outcome)
     for (OutcomeStage const & stage : i_outcome.stages)
         lists["stages"].push_back({{"name", stage.name}, {"seconds", stage.seconds}});
     return lists;
+}
+
+std::string SpringbackText(SpringbackOutcome const & i_springback)
+{
+    auto const figures = [](DeviationFigures const & i_figures)
+    { return "at most " + Fixed(i_figures.largest, 3) + " mm, mean " + Fixed(i_figures.mean, 3) + " mm"; };
+    return figures(i_springback.figuresBefore) +
+           (i_springback.after.empty() ? "" : "; aligned " + figures(i_springback.figuresAfter));
 }
 
 std::string Verdict(OutcomeSummary const & i_summary)
@@ -146,6 +190,8 @@ std::string SummaryText(RunRecord const & i_record)
     Row(text, "Elements", zones);
     Row(text, "Forming", Verdict(summary));
     Row(text, "Punch force", Fixed(factor * summary.punchForce / 1000.0, 2) + " kN");
+    if (outcome.springback)
+        Row(text, "Springback", SpringbackText(*outcome.springback));
     Row(text, "Undercuts",
         summary.undercutElements == 0 ? "none"
                                       : std::to_string(summary.undercutElements) + " elements, up to " +
@@ -187,7 +233,14 @@ nlohmann::json SummaryJson(RunRecord const & i_record)
         {"least_element", i_record.elementIds[static_cast<std::size_t>(summary.leastThicknessElement)]},
         {"greatest_mm", Rounded(summary.greatestThickness)},
         {"greatest_element", i_record.elementIds[static_cast<std::size_t>(summary.greatestThicknessElement)]}};
-    json["strains"] = StrainsOf(outcome);
+    json["strains"] = StrainsOf(outcome.elements);
+    if (!outcome.top.empty())
+    {
+        json["strains"]["top"] = StrainsOf(outcome.top);
+        json["strains"]["bottom"] = StrainsOf(outcome.bottom);
+    }
+    if (outcome.springback)
+        json["springback"] = SpringbackOf(i_record);
     for (ZoneName const & zone : kZones)
     {
         json["share_of_elements"][zone.key] = Rounded(Share(summary, zone.code));

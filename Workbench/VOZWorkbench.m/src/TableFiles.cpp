@@ -3,6 +3,7 @@
 #include "Exports.h"
 #include "OutputFile.h"
 
+#include <cmath>
 #include <initializer_list>
 
 namespace voz::workbench
@@ -37,14 +38,14 @@ void writeNodes(Outcome const & outcome, std::string const & path)
     file.Commit();
 }
 
-void writeElements(Outcome const & outcome, std::string const & path)
+void writeElements(std::vector<ElementOutcome> const & elements, std::string const & path)
 {
     OutputFile file(path);
     file << "element,thickness (mm),thinning (%),major strain (%),minor strain (%),thickness strain (%),angle "
             "(rad),equivalent strain (%),equivalent stress (MPa),area (mm2),safety zone,forming zone\n";
-    for (std::size_t e = 0; e < outcome.elements.size(); ++e)
+    for (std::size_t e = 0; e < elements.size(); ++e)
     {
-        ElementOutcome const & element = outcome.elements[e];
+        ElementOutcome const & element = elements[e];
         row(file, e + 1,
             {element.thickness, element.thinning, element.major, element.minor, element.thicknessStrain, element.angle,
              element.equivalentStrain, element.stress, element.area},
@@ -60,8 +61,32 @@ void writeForming(Outcome const & outcome, std::string const & path)
     for (std::size_t e = 0; e < outcome.elements.size(); ++e)
     {
         ElementOutcome const & element = outcome.elements[e];
-        double const limit = outcome.limit.limitCurveMajor(element.minor);
+        double const limit = outcome.LimitOf(e).limitCurveMajor(element.minor);
         row(file, e + 1, {element.minor, element.major, limit, limit - element.major}, {element.safety});
+    }
+    file.Commit();
+}
+
+double length(Point3 const & vector)
+{
+    return std::hypot(vector[0], vector[1], vector[2]);
+}
+
+// A row per node of the whole part.
+void writeSpringback(SpringbackOutcome const & springback, std::string const & path)
+{
+    OutputFile file(path);
+    file << "node,x (mm),y (mm),z (mm),dx before alignment (mm),dy before alignment (mm),dz before alignment "
+            "(mm),deviation before alignment (mm),dx (mm),dy (mm),dz (mm),deviation (mm)\n";
+    for (std::size_t n = 0; n < springback.before.size(); ++n)
+    {
+        double const * const p = springback.part.GetNodeData()[n + 1];
+        Point3 const & before = springback.before[n];
+        Point3 const & shown = springback.Shown()[n];
+        row(file, n + 1,
+            {p[0], p[1], p[2], before[0], before[1], before[2], length(before), shown[0], shown[1], shown[2],
+             length(shown)},
+            {});
     }
     file.Commit();
 }
@@ -71,7 +96,14 @@ void writeForming(Outcome const & outcome, std::string const & path)
 void WriteTables(Outcome const & i_outcome, std::string const & i_folder)
 {
     writeNodes(i_outcome, i_folder + "/nodes.csv");
-    writeElements(i_outcome, i_folder + "/elements.csv");
+    writeElements(i_outcome.elements, i_folder + "/elements.csv");
+    if (!i_outcome.top.empty())
+    {
+        writeElements(i_outcome.top, i_folder + "/elements_top.csv");
+        writeElements(i_outcome.bottom, i_folder + "/elements_bottom.csv");
+    }
+    if (i_outcome.springback)
+        writeSpringback(*i_outcome.springback, i_folder + "/springback.csv");
     writeForming(i_outcome, i_folder + "/fld.csv");
 }
 

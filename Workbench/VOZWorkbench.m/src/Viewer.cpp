@@ -31,16 +31,17 @@ std::string packed(std::vector<T> const & values)
 
 Json quantity(Outcome const & outcome, FieldPicture const & field)
 {
+    std::vector<ElementOutcome> const & elements = field.layer == nullptr ? outcome.elements : *field.layer;
     double low = INFINITY;
     double high = -INFINITY;
-    for (ElementOutcome const & element : outcome.elements)
+    for (ElementOutcome const & element : elements)
     {
         low = std::min(low, field.value(element));
         high = std::max(high, field.value(element));
     }
     std::vector<std::uint8_t> values;
-    values.reserve(outcome.elements.size());
-    for (ElementOutcome const & element : outcome.elements)
+    values.reserve(elements.size());
+    for (ElementOutcome const & element : elements)
     {
         double const share = high > low ? (field.value(element) - low) / (high - low) : 0.5;
         values.push_back(static_cast<std::uint8_t>(std::lround(255.0 * std::clamp(share, 0.0, 1.0))));
@@ -93,6 +94,23 @@ Triangles triangulated(VOZCatMesh const & mesh)
     return out;
 }
 
+// The shifts of the model's nodes, in the frame; nothing without springback.
+Json sprung(Outcome const & outcome)
+{
+    if (!outcome.springback)
+        return nullptr;
+    std::vector<float> shifts;
+    for (std::size_t n = 0; n < outcome.nodes.size(); ++n)
+    {
+        Point3 const & shift = outcome.springback->Shown()[n];
+        for (int i = 0; i < 3; ++i)
+            shifts.push_back(static_cast<float>(outcome.frame.axis(i, 0) * shift[0] +
+                                                outcome.frame.axis(i, 1) * shift[1] +
+                                                outcome.frame.axis(i, 2) * shift[2]));
+    }
+    return {{"shifts", packed(shifts)}, {"most", std::max(1.0, 2.0 * outcome.springback->exaggeration)}};
+}
+
 Json viewData(Outcome const & outcome)
 {
     std::vector<float> part;
@@ -114,12 +132,19 @@ Json viewData(Outcome const & outcome)
     fields.push_back(quantity(outcome, {"equivalent stress", "MPa", [](E const & e) { return e.stress; }, 0}));
     fields.push_back(zones(outcome, "safety zones", 5, &E::safety, SafetyColour));
     fields.push_back(zones(outcome, "forming zones", 6, &E::forming, FormingColour));
+    if (!outcome.top.empty())
+    {
+        auto const major = [](E const & e) { return e.major; };
+        fields.push_back(quantity(outcome, {"major strain, top", "%", major, 1, &outcome.top}));
+        fields.push_back(quantity(outcome, {"major strain, bottom", "%", major, 1, &outcome.bottom}));
+    }
     return {{"part", packed(part)},
             {"flat", packed(flat)},
             {"triangles", packed(triangles.corners)},
             {"elements", packed(triangles.elements)},
             {"inner", packed(triangles.inner)},
-            {"fields", fields}};
+            {"fields", fields},
+            {"sprung", sprung(outcome)}};
 }
 
 } // namespace
@@ -131,7 +156,12 @@ std::string Viewer(Outcome const & i_outcome)
            "<canvas id=\"view-canvas\" tabindex=\"0\" role=\"img\" aria-label=\"The part in three dimensions: arrow "
            "keys "
            "turn, plus and minus zoom\"></canvas>\n"
-           "<p><label>Blank <input id=\"view-stage\" type=\"range\" min=\"0\" max=\"100\" value=\"100\"> part</label> "
+           "<p><label>Blank <input id=\"view-stage\" type=\"range\" min=\"0\" max=\"100\" value=\"100\"> "
+           "part</label> " +
+           std::string(i_outcome.springback
+                           ? "<label>Springback <input id=\"view-sprung\" type=\"range\" min=\"0\" max=\"100\" "
+                             "value=\"0\"></label> <output id=\"view-times\" for=\"view-sprung\"></output> "
+                           : "") +
            "<label><input id=\"view-sides\" type=\"checkbox\" checked> element sides</label></p>\n"
            "<script id=\"view-data\" type=\"application/json\">" +
            viewData(i_outcome).dump() + "</script>\n" + kViewerScript;

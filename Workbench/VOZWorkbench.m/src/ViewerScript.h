@@ -34,11 +34,11 @@ constexpr char const * kViewerScript = R"JS(<script>
   }
   const program = gl.createProgram();
   gl.attachShader(program, compile(gl.VERTEX_SHADER, `#version 300 es
-    in vec3 onPart; in vec3 onBlank; in vec3 bary; in vec3 colour;
-    uniform mat3 turn; uniform vec3 centre; uniform float scale, stage, aspect;
+    in vec3 onPart; in vec3 onBlank; in vec3 shift; in vec3 bary; in vec3 colour;
+    uniform mat3 turn; uniform vec3 centre; uniform float scale, stage, aspect, times;
     out vec3 place, vBary, vColour;
     void main() {
-      place = turn * (mix(onBlank, onPart, stage) - centre) * scale;
+      place = turn * (mix(onBlank, onPart + times * shift, stage) - centre) * scale;
       vBary = bary; vColour = colour;
       gl_Position = vec4(place.x / aspect, place.y, -0.2 * place.z, 1.0);
     }`));
@@ -74,6 +74,8 @@ constexpr char const * kViewerScript = R"JS(<script>
     bary[3 * i + c] = (i % 3 === c || (inner[Math.floor(i / 3)] >> c & 1)) ? 1 : 0;
   attribute("onPart", 3, expand(part), gl.FLOAT, false);
   attribute("onBlank", 3, expand(flat), gl.FLOAT, false);
+  const shifts = data.sprung ? new Float32Array(bytes(data.sprung.shifts).buffer) : new Float32Array(part.length);
+  attribute("shift", 3, expand(shifts), gl.FLOAT, false);
   attribute("bary", 3, bary, gl.FLOAT, false);
   const paint = new Uint8Array(3 * count);
   const paintBuffer = attribute("colour", 3, paint, gl.UNSIGNED_BYTE, true);
@@ -84,7 +86,7 @@ constexpr char const * kViewerScript = R"JS(<script>
   }
   const centre = low.map((l, c) => 0.5 * (l + high[c]));
   const size = Math.hypot(high[0] - low[0], high[1] - low[1], high[2] - low[2]) || 1;
-  const state = { turn: -0.5, tilt: 0.95, zoom: 2.8, stage: 1, sides: 1 };
+  const state = { turn: -0.5, tilt: 0.95, zoom: 2.8, stage: 1, sides: 1, times: 0 };
 
   function place(name, set) { set(gl.getUniformLocation(program, name)); }
   function draw() {
@@ -97,6 +99,7 @@ constexpr char const * kViewerScript = R"JS(<script>
     place("centre", (at) => gl.uniform3fv(at, centre));
     place("scale", (at) => gl.uniform1f(at, state.zoom / size));
     place("stage", (at) => gl.uniform1f(at, state.stage));
+    place("times", (at) => gl.uniform1f(at, state.times));
     place("sides", (at) => gl.uniform1f(at, state.sides));
     place("aspect", (at) => gl.uniform1f(at, canvas.width / canvas.height));
     gl.drawArrays(gl.TRIANGLES, 0, count);
@@ -123,6 +126,18 @@ constexpr char const * kViewerScript = R"JS(<script>
   fields.forEach((f, i) => choice.add(new Option(f.name, i)));
   choice.addEventListener("change", () => colour(fields[choice.value]));
   document.getElementById("view-stage").addEventListener("input", (e) => { state.stage = e.target.value / 100; draw(); });
+  if (data.sprung) {
+    // Steps: the part, then the true shape at a quarter of the way, then ever more of it.
+    const slider = document.getElementById("view-sprung"), told = document.getElementById("view-times");
+    const show = () => {
+      const at = slider.value / 25;
+      state.times = at <= 1 ? at : Math.pow(data.sprung.most, (at - 1) / 3);
+      told.textContent = at === 0 ? "off" : state.times.toPrecision(2) + " times the deviation";
+      draw();
+    };
+    slider.addEventListener("input", show);
+    show();
+  }
   document.getElementById("view-sides").addEventListener("change", (e) => { state.sides = e.target.checked ? 1 : 0; draw(); });
   canvas.addEventListener("pointermove", (e) => {
     if (!(e.buttons & 1)) return;

@@ -10,6 +10,7 @@
 #include <zlib.h>
 
 #include <bit>
+#include <cmath>
 #include <cstdint>
 #include <cstring>
 #include <span>
@@ -82,19 +83,21 @@ private:
 enum class Shape
 {
     Part,
+    OnBinder,
     Blank
 };
 
-void writePoints(VtuWriter & vtu, Outcome const & outcome, Shape shape)
+// Nodes of the mesh, each moved by step(n), n 0-based.
+template <class Step>
+void writePoints(VtuWriter & vtu, VOZCatMesh const & mesh, Step step)
 {
     std::vector<double> points;
-    points.reserve(3 * outcome.nodes.size());
-    for (std::size_t n = 0; n < outcome.nodes.size(); ++n)
+    points.reserve(3 * static_cast<std::size_t>(mesh.numNode()));
+    for (int n = 1; n <= mesh.numNode(); ++n)
     {
-        double const * const row = outcome.part.GetNodeData()[n + 1];
-        Point3 const & step = outcome.nodes[n].displacement;
+        Point3 const moved = step(static_cast<std::size_t>(n) - 1);
         for (std::size_t c = 0; c < 3; ++c)
-            points.push_back(row[c] + (shape == Shape::Blank ? step[c] : 0.0));
+            points.push_back(mesh.GetNodeData()[n][c] + moved[c]);
     }
     vtu.Head("<Points>\n");
     vtu.Array<double>("Points", 3, points);
@@ -135,6 +138,17 @@ void writeField(VtuWriter & vtu, std::string_view name, std::vector<Row> const &
 }
 
 template <class Row, class Get>
+void writeVectors(VtuWriter & vtu, std::string_view name, std::vector<Row> const & rows, Get get)
+{
+    std::vector<float> values;
+    values.reserve(3 * rows.size());
+    for (Row const & row : rows)
+        for (double const component : get(row))
+            values.push_back(static_cast<float>(component));
+    vtu.Array<float>(name, 3, values);
+}
+
+template <class Row, class Get>
 void writeCode(VtuWriter & vtu, std::string_view name, std::vector<Row> const & rows, Get get)
 {
     std::vector<std::int32_t> values;
@@ -144,9 +158,24 @@ void writeCode(VtuWriter & vtu, std::string_view name, std::vector<Row> const & 
     vtu.Array<std::int32_t>(name, 1, values);
 }
 
-double limitMargin(FormingLimit const & limit, ElementOutcome const & element)
+std::vector<double> limitMargins(Outcome const & outcome)
 {
-    return limit.limitCurveMajor(element.minor) - element.major;
+    std::vector<double> margins;
+    for (std::size_t e = 0; e < outcome.elements.size(); ++e)
+        margins.push_back(outcome.LimitOf(e).limitCurveMajor(outcome.elements[e].minor) - outcome.elements[e].major);
+    return margins;
+}
+
+void writeLayer(VtuWriter & vtu, std::string const & layer, std::vector<ElementOutcome> const & rows)
+{
+    using E = ElementOutcome;
+    if (rows.empty())
+        return;
+    writeField(vtu, "major strain, " + layer + " (%)", rows, [](E const & e) { return e.major; });
+    writeField(vtu, "minor strain, " + layer + " (%)", rows, [](E const & e) { return e.minor; });
+    writeField(vtu, "equivalent strain, " + layer + " (%)", rows, [](E const & e) { return e.equivalentStrain; });
+    writeCode(vtu, "safety zone, " + layer, rows, [](E const & e) { return e.safety; });
+    writeCode(vtu, "forming zone, " + layer, rows, [](E const & e) { return e.forming; });
 }
 
 void writeCellFields(VtuWriter & vtu, Outcome const & outcome)
@@ -161,11 +190,15 @@ void writeCellFields(VtuWriter & vtu, Outcome const & outcome)
     writeField(vtu, "major strain angle (rad)", rows, [](E const & e) { return e.angle; });
     writeField(vtu, "equivalent strain (%)", rows, [](E const & e) { return e.equivalentStrain; });
     writeField(vtu, "equivalent stress (MPa)", rows, [](E const & e) { return e.stress; });
-    writeField(vtu, "margin to limit curve (%)", rows, [&](E const & e) { return limitMargin(outcome.limit, e); });
+    writeField(vtu, "margin to limit curve (%)", limitMargins(outcome), [](double margin) { return margin; });
     writeCode(vtu, "safety zone", rows, [](E const & e) { return e.safety; });
     writeCode(vtu, "forming zone", rows, [](E const & e) { return e.forming; });
     if (outcome.undercut.size() == rows.size())
         writeCode(vtu, "undercut", outcome.undercut, [](int mark) { return mark; });
+    if (!outcome.materials.empty())
+        writeCode(vtu, "material", outcome.materials, [](int material) { return material + 1; });
+    writeLayer(vtu, "top", outcome.top);
+    writeLayer(vtu, "bottom", outcome.bottom);
     vtu.Head("</CellData>\n");
 }
 
@@ -174,12 +207,9 @@ void writePointFields(VtuWriter & vtu, Outcome const & outcome)
     using N = NodeOutcome;
     auto const & rows = outcome.nodes;
     vtu.Head("<PointData>\n");
-    std::vector<float> displacement;
-    displacement.reserve(3 * rows.size());
-    for (N const & node : rows)
-        for (double const c : node.displacement)
-            displacement.push_back(static_cast<float>(c));
-    vtu.Array<float>("displacement part to blank (mm)", 3, displacement);
+    writeVectors(vtu, "displacement part to blank (mm)", rows, [](N const & n) { return n.displacement; });
+    if (outcome.hasBinder)
+        writeVectors(vtu, "displacement part to binder (mm)", rows, [](N const & n) { return n.onBinder; });
     writeField(vtu, "thickness at nodes (mm)", rows, [](N const & n) { return n.thickness; });
     writeField(vtu, "major strain at nodes (%)", rows, [](N const & n) { return n.major; });
     writeField(vtu, "minor strain at nodes (%)", rows, [](N const & n) { return n.minor; });
@@ -195,8 +225,37 @@ void writeGrid(Outcome const & outcome, Shape shape, std::string const & path)
              "\" NumberOfCells=\"" + std::to_string(outcome.elements.size()) + "\">\n");
     writePointFields(vtu, outcome);
     writeCellFields(vtu, outcome);
-    writePoints(vtu, outcome, shape);
+    writePoints(
+        vtu, outcome.part,
+        [&](std::size_t n)
+        {
+            NodeOutcome const & node = outcome.nodes[n];
+            return shape == Shape::Blank ? node.displacement : shape == Shape::OnBinder ? node.onBinder : Point3{};
+        });
     writeCells(vtu, outcome.part);
+    vtu.Head("</Piece>\n</UnstructuredGrid>\n");
+    vtu.Commit();
+}
+
+// The sprung shape of the whole part.
+void writeSprung(Outcome const & outcome, std::string const & path)
+{
+    SpringbackOutcome const & springback = *outcome.springback;
+    VtuWriter vtu(path);
+    vtu.Head("<UnstructuredGrid>\n<Piece NumberOfPoints=\"" + std::to_string(springback.part.numNode()) +
+             "\" NumberOfCells=\"" + std::to_string(springback.part.numElem()) + "\">\n");
+    vtu.Head("<PointData Scalars=\"deviation (mm)\">\n");
+    auto const same = [](Point3 const & shift) { return shift; };
+    writeField(vtu, "deviation (mm)", springback.Shown(),
+               [](Point3 const & shift) { return std::hypot(shift[0], shift[1], shift[2]); });
+    writeVectors(vtu, "springback (mm)", springback.Shown(), same);
+    if (!springback.after.empty())
+        writeVectors(vtu, "springback before alignment (mm)", springback.before, same);
+    vtu.Head("</PointData>\n<CellData>\n");
+    writeCode(vtu, "cut off", springback.trimmed, [](int mark) { return mark; });
+    vtu.Head("</CellData>\n");
+    writePoints(vtu, springback.part, [&](std::size_t n) { return springback.Shown()[n]; });
+    writeCells(vtu, springback.part);
     vtu.Head("</Piece>\n</UnstructuredGrid>\n");
     vtu.Commit();
 }
@@ -205,13 +264,26 @@ void writeGrid(Outcome const & outcome, Shape shape, std::string const & path)
 
 void WriteVtu(Outcome const & i_outcome, std::string const & i_folder)
 {
+    std::vector<std::string> stages = {"blank"};
     writeGrid(i_outcome, Shape::Blank, i_folder + "/blank.vtu");
+    if (i_outcome.hasBinder)
+    {
+        stages.emplace_back("binder");
+        writeGrid(i_outcome, Shape::OnBinder, i_folder + "/binder.vtu");
+    }
+    stages.emplace_back("part");
     writeGrid(i_outcome, Shape::Part, i_folder + "/part.vtu");
+    if (i_outcome.springback)
+    {
+        stages.emplace_back("springback");
+        writeSprung(i_outcome, i_folder + "/springback.vtu");
+    }
     OutputFile series(i_folder + "/results.pvd");
-    series << "<?xml version=\"1.0\"?>\n<VTKFile type=\"Collection\" version=\"0.1\">\n<Collection>\n"
-              "<DataSet timestep=\"0\" part=\"0\" name=\"blank\" file=\"blank.vtu\"/>\n"
-              "<DataSet timestep=\"1\" part=\"0\" name=\"part\" file=\"part.vtu\"/>\n"
-              "</Collection>\n</VTKFile>\n";
+    series << "<?xml version=\"1.0\"?>\n<VTKFile type=\"Collection\" version=\"0.1\">\n<Collection>\n";
+    for (std::size_t i = 0; i < stages.size(); ++i)
+        series << "<DataSet timestep=\"" << static_cast<int>(i) << "\" part=\"0\" name=\"" << stages[i] << "\" file=\""
+               << stages[i] << ".vtu\"/>\n";
+    series << "</Collection>\n</VTKFile>\n";
     series.Commit();
 }
 

@@ -68,6 +68,35 @@ SurfaceMesh wholeHat(Hat const & hat, double width, int rowsPerArc, int strips, 
                  });
 }
 
+SurfaceMesh vBend(VBend const & bend, double width, int strips, Cells cells)
+{
+    double const half = 0.5 * bend.turn;
+    double const x = bend.leg * std::cos(half) + bend.radius * std::sin(half);
+    double const z = bend.leg * std::sin(half) + bend.radius * (1.0 - std::cos(half));
+    Profile const profile = Profile({-x, z}, -half)
+                                .line(bend.leg, bend.rowsLeg)
+                                .arc(bend.radius, bend.turn, bend.rowsArc)
+                                .line(bend.leg, bend.rowsLeg);
+    return extrude(profile, width, strips, cells);
+}
+
+SurfaceMesh panel(Panel const & shape, Cells cells)
+{
+    constexpr double kHalfPi = 1.5707963267948966;
+    auto const pocket = [](double at, double half)
+    { return std::fabs(at) < half ? std::pow(std::cos(kHalfPi * at / half), 2) : 0.0; };
+    return sheet(shape.rows, shape.strips, cells,
+                 [&](int row, int strip) -> Point3
+                 {
+                     double const s = shape.halfLength * (2.0 * row / shape.rows - 1.0);
+                     double const y = shape.halfWidth * (2.0 * strip / shape.strips - 1.0);
+                     double const sunk =
+                         shape.depth * pocket(s, shape.pocketHalfLength) * pocket(y, shape.pocketHalfWidth);
+                     double const radius = shape.radius - sunk;
+                     return {radius * std::sin(s / shape.radius), y, radius * std::cos(s / shape.radius)};
+                 });
+}
+
 SurfaceMesh cylinder(double radius, double halfAngle, int strips, double length, int rows, Cells cells)
 {
     return sheet(strips, rows, cells,

@@ -107,6 +107,36 @@ Profile halfProfile(Hat const & hat, int rowsPerArc); // from x = 0
 SurfaceMesh halfHat(Hat const & hat, double width, int rowsPerArc, int strips, Cells cells);
 SurfaceMesh wholeHat(Hat const & hat, double width, int rowsPerArc, int strips, Cells cells);
 
+// Two flat legs and an arc between them, symmetric about x = 0, the arc's lowest point at z = 0.
+struct VBend
+{
+    double leg = 40.0;
+    double radius = 10.0;             // of the mid-surface
+    double turn = 1.5707963267948966; // of the arc: what the legs enclose is its supplement
+    int rowsLeg = 12;
+    int rowsArc = 24;
+};
+
+SurfaceMesh vBend(VBend const & bend, double width, int strips, Cells cells);
+
+// --- Panels ------------------------------------------------------------------------------------------------------
+
+// A rectangle on a cylinder with its axis along y, top at z = radius, with a pocket in its middle that sinks towards
+// the axis by depth cos^2 over each half side.
+struct Panel
+{
+    double radius = 300.0;
+    double halfLength = 80.0; // along the arc
+    double halfWidth = 60.0;
+    double pocketHalfLength = 45.0;
+    double pocketHalfWidth = 35.0;
+    double depth = 6.0;
+    int rows = 40; // along the arc
+    int strips = 30;
+};
+
+SurfaceMesh panel(Panel const & shape, Cells cells);
+
 // --- Developable parts ---------------------------------------------------------------------------------------------
 
 // Axis along y, from -halfAngle to halfAngle, top at z = radius.

@@ -1,0 +1,287 @@
+// SpringbackModel.cpp: the whole part, and the figures of its springback.
+
+#include "SpringbackModel.h"
+
+#include "Route.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace voz::workbench
+{
+
+namespace
+{
+constexpr double kOnPlane = 1e-5;      // of the part's size: a node so near to a plane of symmetry lies on it
+constexpr double kNoForming = 1e-9;    // of the part's size: less than this is no springback
+constexpr double kInward = 1e-3;       // of the part's size: how far from a rim the section stays
+constexpr double kPictureShare = 0.08; // of the section's size: how large the largest deviation is drawn
+
+double SizeOf(VOZCatMesh const & i_mesh)
+{
+    Point3 low{INFINITY, INFINITY, INFINITY};
+    Point3 high{-INFINITY, -INFINITY, -INFINITY};
+    for (int n = 1; n <= i_mesh.numNode(); ++n)
+        for (std::size_t c = 0; c < 3; ++c)
+        {
+            low[c] = std::min(low[c], i_mesh.GetNodeData()[n][c]);
+            high[c] = std::max(high[c], i_mesh.GetNodeData()[n][c]);
+        }
+    return std::hypot(high[0] - low[0], high[1] - low[1], high[2] - low[2]);
+}
+
+Point3 NodeOf(VOZCatMesh const & i_mesh, int i_position)
+{
+    double const * const p = i_mesh.GetNodeData()[i_position];
+    return {p[0], p[1], p[2]};
+}
+
+Point3 AxisOf(VOZCatAxis const & i_frame, int i_axis)
+{
+    return {i_frame.axis(i_axis, 0), i_frame.axis(i_axis, 1), i_frame.axis(i_axis, 2)};
+}
+
+double Dot(Point3 const & a, Point3 const & b)
+{
+    return a[0] * b[0] + a[1] * b[1] + a[2] * b[2];
+}
+
+double Length(Point3 const & a)
+{
+    return std::hypot(a[0], a[1], a[2]);
+}
+
+// Adds the image in the plane through the frame's origin with the normal of one axis.
+WholePart Doubled(WholePart const & i_half, VOZCatAxis const & i_frame, int i_axis)
+{
+    VOZCatMesh const & half = i_half.mesh;
+    Point3 const normal = AxisOf(i_frame, i_axis);
+    Point3 const origin{i_frame.origin(0), i_frame.origin(1), i_frame.origin(2)};
+    double const tolerance = kOnPlane * SizeOf(half);
+    WholePart whole;
+    whole.nodeOf = i_half.nodeOf;
+    whole.mirrored = i_half.mirrored;
+    std::vector<int> image(static_cast<std::size_t>(half.numNode()) + 1, 0);
+    std::vector<Point3> added;
+    for (int n = 1; n <= half.numNode(); ++n)
+    {
+        auto const i = static_cast<std::size_t>(n);
+        Point3 p = NodeOf(half, n);
+        double const distance = Dot(p, normal) - Dot(origin, normal);
+        image[i] = n;
+        if (std::abs(distance) <= tolerance)
+            continue;
+        for (std::size_t c = 0; c < 3; ++c)
+            p[c] -= 2.0 * distance * normal[c];
+        added.push_back(p);
+        image[i] = half.numNode() + static_cast<int>(added.size());
+        whole.nodeOf.push_back(i_half.nodeOf[i - 1]);
+        whole.mirrored.push_back(i_half.mirrored[i - 1] ^ (1U << i_axis));
+    }
+    whole.mesh = VOZCatMesh(half.numNode() + static_cast<int>(added.size()), 2 * half.numElem());
+    double(*const nodes)[3] = whole.mesh.GetNodeData();
+    for (int n = 1; n <= half.numNode(); ++n)
+        std::copy_n(half.GetNodeData()[n], 3, nodes[n]);
+    for (std::size_t k = 0; k < added.size(); ++k)
+        std::ranges::copy(added[k], nodes[static_cast<std::size_t>(half.numNode()) + 1 + k]);
+    int(*const elements)[4] = whole.mesh.GetElemData();
+    for (int e = 1; e <= half.numElem(); ++e)
+    {
+        int(&row)[4] = elements[e];
+        int(&other)[4] = elements[half.numElem() + e];
+        for (int k = 0; k < 4; ++k)
+            row[k] = half.ElementValue(e, k);
+        bool const isTriangle = row[0] == row[3];
+        int const turned[4] = {0, isTriangle ? 2 : 3, isTriangle ? 1 : 2,
+                               isTriangle ? 0 : 1}; // a mirror turns the sense
+        for (int k = 0; k < 4; ++k)
+            other[k] = image[static_cast<std::size_t>(row[turned[k]])];
+    }
+    whole.elementOf = i_half.elementOf;
+    whole.elementOf.insert(whole.elementOf.end(), i_half.elementOf.begin(), i_half.elementOf.end());
+    return whole;
+}
+
+// All nodes (elements) of the whole that stand for one of the model's.
+std::vector<int> Images(std::vector<int> const & i_positions, std::vector<int> const & i_modelOf)
+{
+    std::vector<int> images;
+    for (std::size_t i = 0; i < i_modelOf.size(); ++i)
+        if (std::ranges::binary_search(i_positions, i_modelOf[i] + 1))
+            images.push_back(static_cast<int>(i) + 1);
+    return images;
+}
+
+// --- Figures ---------------------------------------------------------------------------------------------------------
+
+// Area of the elements that are left, shared among their nodes.
+std::vector<double> NodeAreas(SpringbackOutcome const & i_springback)
+{
+    VOZCatMesh const & mesh = i_springback.part;
+    std::vector<double> areas(static_cast<std::size_t>(mesh.numNode()), 0.0);
+    for (int e = 1; e <= mesh.numElem(); ++e)
+    {
+        if (i_springback.trimmed[static_cast<std::size_t>(e) - 1] != 0)
+            continue;
+        int const corners = mesh.isTriangle(e) != 0 ? 3 : 4;
+        Point3 const a = NodeOf(mesh, mesh.ElementValue(e, 0));
+        Point3 const b = NodeOf(mesh, mesh.ElementValue(e, 1));
+        Point3 const c = NodeOf(mesh, mesh.ElementValue(e, 2));
+        Point3 const d = corners == 3 ? a : NodeOf(mesh, mesh.ElementValue(e, 3));
+        Point3 const u{c[0] - a[0], c[1] - a[1], c[2] - a[2]};
+        Point3 const v = corners == 3 ? Point3{b[0] - a[0], b[1] - a[1], b[2] - a[2]}
+                                      : Point3{d[0] - b[0], d[1] - b[1], d[2] - b[2]};
+        Point3 const cross{u[1] * v[2] - u[2] * v[1], u[2] * v[0] - u[0] * v[2], u[0] * v[1] - u[1] * v[0]};
+        for (int k = 0; k < corners; ++k)
+            areas[static_cast<std::size_t>(mesh.ElementValue(e, k)) - 1] += 0.5 * Length(cross) / corners;
+    }
+    return areas;
+}
+
+DeviationFigures FiguresOf(std::vector<Point3> const & i_shifts, std::vector<double> const & i_areas)
+{
+    DeviationFigures figures;
+    double sum = 0.0;
+    double area = 0.0;
+    for (std::size_t n = 0; n < i_shifts.size(); ++n)
+    {
+        if (!(i_areas[n] > 0.0)) // cut off
+            continue;
+        double const deviation = Length(i_shifts[n]);
+        sum += i_areas[n] * deviation;
+        area += i_areas[n];
+        if (deviation > figures.largest)
+        {
+            figures.largest = deviation;
+            figures.largestNode = static_cast<int>(n);
+        }
+    }
+    figures.mean = area > 0.0 ? sum / area : 0.0;
+    return figures;
+}
+
+void TellPoints(Job const & i_job, JobModel const & i_model, SpringbackOutcome & io_springback)
+{
+    JobSpringback const & wanted = *i_job.springback;
+    auto const tell = [&io_springback](int i_position, std::optional<Point3> const & i_asked)
+    {
+        SpringbackPoint point;
+        point.node = i_position - 1;
+        auto const n = static_cast<std::size_t>(point.node);
+        point.before = Length(io_springback.before[n]);
+        if (!io_springback.after.empty())
+            point.after = Length(io_springback.after[n]);
+        point.asked = i_asked;
+        io_springback.points.push_back(point);
+    };
+    for (int const id : wanted.watchNodes)
+        tell(NodeOfId(id, "springback.watch_nodes", wanted.line, i_job, i_model), std::nullopt);
+    for (Point3 const & place : wanted.watchPoints)
+        tell(NearestNode(io_springback.part, place), place);
+}
+
+// Through the largest deviation, along the stamping direction, across the local axis along which the part springs less.
+SectionPlane ChosenSection(SpringbackOutcome const & i_springback, VOZCatAxis const & i_frame)
+{
+    double along[2] = {0.0, 0.0};
+    for (Point3 const & shift : i_springback.Shown())
+        for (int axis = 0; axis < 2; ++axis)
+            along[axis] += std::pow(Dot(shift, AxisOf(i_frame, axis)), 2);
+    SectionPlane section{AxisOf(i_frame, along[0] < along[1] ? 0 : 1),
+                         NodeOf(i_springback.part, i_springback.Figures().largestNode + 1)};
+    double middle = 0.0;
+    for (int n = 1; n <= i_springback.part.numNode(); ++n)
+        middle += Dot(NodeOf(i_springback.part, n), section.normal) / i_springback.part.numNode();
+    double const inward = middle > Dot(section.point, section.normal) ? 1.0 : -1.0;
+    for (std::size_t c = 0; c < 3; ++c) // the largest deviation is often on the rim, which a plane would only touch
+        section.point[c] += inward * kInward * SizeOf(i_springback.part) * section.normal[c];
+    return section;
+}
+
+// 1, 2 or 5 times a power of ten, at least 1.
+double RoundExaggeration(double i_value)
+{
+    if (!(i_value > 1.0) || !std::isfinite(i_value))
+        return 1.0;
+    double const power = std::pow(10.0, std::floor(std::log10(i_value)));
+    double const first = i_value / power;
+    return power * (first >= 5.0 ? 5.0 : first >= 2.0 ? 2.0 : 1.0);
+}
+} // namespace
+
+WholePart MakeWhole(VOZCatMesh const & i_model, VOZCatAxis const & i_frame, Symmetry const & i_symmetry)
+{
+    WholePart part;
+    part.mesh = i_model;
+    for (int n = 0; n < i_model.numNode(); ++n)
+        part.nodeOf.push_back(n);
+    for (int e = 0; e < i_model.numElem(); ++e)
+        part.elementOf.push_back(e);
+    part.mirrored.assign(part.nodeOf.size(), 0U);
+    if (i_symmetry.yzSymmetry())
+        part = Doubled(part, i_frame, 0);
+    if (i_symmetry.xzSymmetry())
+        part = Doubled(part, i_frame, 1);
+    return part;
+}
+
+Point3 ImageOf(Point3 i_vector, unsigned i_mirrored, VOZCatAxis const & i_frame)
+{
+    for (int axis = 0; axis < 2; ++axis)
+    {
+        if ((i_mirrored >> axis & 1U) == 0)
+            continue;
+        Point3 const normal = AxisOf(i_frame, axis);
+        double const along = Dot(i_vector, normal);
+        for (std::size_t c = 0; c < 3; ++c)
+            i_vector[c] -= 2.0 * along * normal[c];
+    }
+    return i_vector;
+}
+
+SpringbackSelections SelectForSpringback(Job const & i_job, JobModel const & i_model, WholePart const & i_whole)
+{
+    JobSpringback const & wanted = *i_job.springback;
+    SpringbackSelections selections;
+    if (wanted.trimmed)
+        selections.trimmed = Images(ElementsOf(*wanted.trimmed, i_job, i_model), i_whole.elementOf);
+    std::vector<int> held;
+    for (JobSelection const & selection : wanted.constraints)
+        std::ranges::copy(NodesOf(selection, i_job, i_model), std::back_inserter(held));
+    std::ranges::sort(held);
+    held.erase(std::unique(held.begin(), held.end()), held.end());
+    selections.held = Images(held, i_whole.nodeOf);
+    for (int const id : wanted.alignNodes)
+        selections.aligned.push_back(NodeOfId(id, "springback.align_nodes", wanted.line, i_job, i_model));
+    for (Point3 const & place : wanted.alignPoints)
+        selections.aligned.push_back(NearestNode(i_whole.mesh, place));
+    if (selections.trimmed.size() == i_whole.elementOf.size())
+        throw InputError(i_job.path, wanted.trimmed->line, 0, "springback.trim: nothing is left of the part");
+    std::vector<int> points = selections.aligned;
+    std::ranges::sort(points);
+    if (std::ranges::adjacent_find(points) != points.end())
+        throw InputError(i_job.path, wanted.line, 0,
+                         "springback.align_points: two of the points name one node; expected different ones");
+    return selections;
+}
+
+void FinishSpringback(Job const & i_job, JobModel const & i_model, VOZCatAxis const & i_frame,
+                      SpringbackOutcome & io_springback)
+{
+    std::vector<double> const areas = NodeAreas(io_springback);
+    io_springback.figuresBefore = FiguresOf(io_springback.before, areas);
+    if (!io_springback.after.empty())
+        io_springback.figuresAfter = FiguresOf(io_springback.after, areas);
+    double const size = SizeOf(io_springback.part);
+    if (!(io_springback.figuresBefore.largest > kNoForming * size))
+        throw SolverError("springback: the solver found no forming to unload; the sprung shape would be the part");
+    TellPoints(i_job, i_model, io_springback);
+    JobSpringback const & wanted = *i_job.springback;
+    io_springback.section = wanted.section ? SectionPlane{wanted.section->normal, wanted.section->point}
+                                           : ChosenSection(io_springback, i_frame);
+    io_springback.exaggeration = wanted.exaggeration > 0.0
+                                     ? wanted.exaggeration
+                                     : RoundExaggeration(kPictureShare * size / io_springback.Figures().largest);
+}
+
+} // namespace voz::workbench

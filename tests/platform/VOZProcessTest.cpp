@@ -33,6 +33,7 @@ unsigned int waitAndClose(VOZProcess::Information const & child)
     unsigned int code = 12345;
     EXPECT_EQ(VOZProcess::WaitForSingleObject(child.hProcess, VOZProcess::Infinite), 0U);
     EXPECT_TRUE(VOZProcess::GetExitCodeProcess(child.hProcess, code));
+    EXPECT_EQ(VOZProcess::LastExitCode(), code) << "for whoever did not keep the handle";
     EXPECT_TRUE(VOZProcess::CloseHandle(child.hProcess));
     EXPECT_TRUE(VOZProcess::CloseHandle(child.hThread));
     return code;

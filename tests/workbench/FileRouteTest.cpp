@@ -8,6 +8,7 @@
 
 #include "Result.h"
 #include "VOZHost.h"
+#include "Vec.h"
 
 #include <cmath>
 #include <filesystem>
@@ -439,4 +440,75 @@ TEST_F(FileRouteTest, SelectionsNameWhatTheMeshHas)
     EXPECT_EQ(ElementsOf(selection, mJob, model), (std::vector<int>{1, 2}));
     selection.box = {Point3{50, 0, 0}, Point3{60, 1, 1}};
     EXPECT_THROW(NodesOf(selection, mJob, model), InputError) << "nothing within";
+}
+
+// --- Springback ------------------------------------------------------------------------------------------------------
+
+// In inches and in the stamping frame: every node a hundredth of its local x lower, which is 0.254 mm per inch.
+namespace
+{
+class FileRouteSpringback : public FileRouteTest
+{
+protected:
+    FileRouteSpringback() { mJob = ParseJob(Sound() + "[springback]\nwatch_nodes = [5]\n", JobPath()); }
+
+    std::string Sprung(int i_nodes = 20) const
+    {
+        std::string text = "* 1\n* 2\n* 3\n*\n*\n*\n*\nnode, place\n\n";
+        JobModel const model = ReadModel(mJob);
+        Tipping const tipping = FindTipping(mJob, model);
+        for (int n = 1; n <= i_nodes; ++n)
+        {
+            double const * const p = model.mesh.mesh.GetNodeData()[n];
+            Vec const local = tipping.frame.fromGlobal(Vec(p));
+            text += std::to_string(n) + " " + Shortest(local[0] / 25.4) + " " + Shortest(local[1] / 25.4) + " " +
+                    Shortest((local[2] - 0.01 * local[0]) / 25.4) + "\n";
+        }
+        return text + "* end\n";
+    }
+    std::string LeavingBoth(std::string const & i_sprung, std::string const & i_more = "") const
+    {
+        std::string const forming = Write("prepared.fpo", Output());
+        std::string const sprung = Write("prepared.sprung", i_sprung);
+        return Script("if [ \"$1\" = -pfpi ]; then cp '" + forming + "' \"${2%.fpi}.fpo\"; else cp '" + sprung +
+                      "' \"${2%.fpi}.spo\"; " + i_more + " fi");
+    }
+};
+} // namespace
+
+TEST_F(FileRouteSpringback, RunsTheSolverASecondTimeAndReadsTheShapeInTheFrame)
+{
+    Listener listener;
+    Outcome const outcome = Run(LeavingBoth(Sprung()), listener);
+    EXPECT_EQ(listener.stages, "stamping frame;deck;solver program;results;springback;");
+    ASSERT_TRUE(outcome.springback);
+    SpringbackOutcome const & springback = *outcome.springback;
+    EXPECT_TRUE(springback.after.empty()) << "laying on points is not this route's";
+    ASSERT_EQ(springback.before.size(), 20U);
+    for (int n = 1; n <= 20; ++n)
+    {
+        Vec const local = outcome.frame.fromGlobal(Vec(outcome.part.GetNodeData()[n]));
+        Point3 const & shift = springback.before[static_cast<std::size_t>(n) - 1];
+        for (int c = 0; c < 3; ++c)
+            EXPECT_NEAR(shift[static_cast<std::size_t>(c)], -0.01 * local[0] * outcome.frame.axis(2, c), 1e-5) << n;
+    }
+    ASSERT_EQ(springback.points.size(), 1U);
+    EXPECT_EQ(springback.points[0].node, 4);
+    EXPECT_TRUE(std::filesystem::exists(Folder() + "/solver/springback.log"));
+}
+
+TEST_F(FileRouteSpringback, AShapeThatIsCutOffMissingOrFollowedByACrashIsAFailure)
+{
+    EXPECT_TRUE(Holds(FailureOf(LeavingBoth(Sprung(19))), "has 19 rows of nodes, expected 20"));
+    EXPECT_TRUE(Holds(FailureOf(LeavingBoth("")), "ends ahead of the node section"));
+    EXPECT_TRUE(Holds(FailureOf(LeavingBoth(Sprung(), "exit 4;")), "ended with exit code 4"));
+    EXPECT_TRUE(Holds(FailureOf(Leaving(Output())), "left no result")) << "it left the forming alone";
+}
+
+TEST_F(FileRouteTest, AResultThatACrashFollowsIsAFailure)
+{
+    std::string const path = Write("prepared.fpo", Output());
+    std::string const failure = FailureOf(Script("cp '" + path + "' \"${2%.fpi}.fpo\"; echo oh >&2; exit 7"));
+    EXPECT_TRUE(Holds(failure, "ended with exit code 7, so that it cannot be trusted")) << failure;
+    EXPECT_TRUE(Holds(failure, "oh")) << failure;
 }

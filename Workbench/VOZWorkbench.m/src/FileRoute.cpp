@@ -75,18 +75,19 @@ void WriteDeck(Solver & io_solver, Job const & i_job, std::string const & i_deck
     }
 }
 
-// Runs a call that starts the solver program, with what it says put into a log; what the call returns.
+// Runs a call that starts the solver program for a result, with what it says put into a log; what the call returns.
 template <class Call>
-int Aside(FileRouteOptions const & i_options, char const * i_log, Call i_call)
+int Aside(FileRouteOptions const & i_options, char const * i_result, char const * i_log, Call i_call)
 {
     int answer = 0;
+    std::error_code ignored;
+    std::filesystem::remove(InFolder(i_options.folder, i_result), ignored); // an older one is no result of this call
     std::string const raw = InFolder(i_options.folder, kRawLog);
     {
         VOZStreamsToFile const aside(raw.c_str(), i_options.isSolverSilent);
         answer = i_call(("\"" + i_options.solver + "\"").c_str());
     }
     WriteText(InFolder(i_options.folder, i_log), SolverWords(raw));
-    std::error_code ignored;
     std::filesystem::remove(raw, ignored);
     return answer;
 }
@@ -94,7 +95,8 @@ int Aside(FileRouteOptions const & i_options, char const * i_log, Call i_call)
 // The exit code of the solver program.
 unsigned StartSolver(Solver & io_solver, FileRouteOptions const & i_options, std::string const & i_deck)
 {
-    if (Aside(i_options, kLog, [&](char const * i_program) { return io_solver.run(i_program, i_deck.c_str()); }) != 0)
+    if (Aside(i_options, kOutput, kLog,
+              [&](char const * i_program) { return io_solver.run(i_program, i_deck.c_str()); }) != 0)
         throw SolverError("the solver program " + i_options.solver + " could not be started");
     return VOZProcess::LastExitCode();
 }
@@ -145,7 +147,7 @@ SpringbackOutcome Unload(Solver & io_solver, Job const & i_job, JobModel const &
                          FileRouteOptions const & i_options, Outcome const & i_formed)
 {
     std::string const deck = InFolder(i_options.folder, kDeck);
-    int const exitCode = Aside(i_options, kSpringbackLog,
+    int const exitCode = Aside(i_options, kSpringbackOutput, kSpringbackLog,
                                [&](char const * i_program) { return io_solver.run_spb(i_program, deck.c_str()); });
     RequireOutput(i_options.folder, kSpringbackOutput, kSpringbackLog, static_cast<unsigned>(exitCode));
     std::vector<Point3> const shifts = ReadSprung(io_solver, InFolder(i_options.folder, kSpringbackOutput), i_formed);

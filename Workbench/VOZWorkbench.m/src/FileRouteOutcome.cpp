@@ -173,7 +173,7 @@ void CheckSpringbackText(std::string const & i_path, VOZCatMesh const & i_mesh)
 {
     std::string const content = WholeText(i_path);
     SolverText text(i_path, content);
-    text.SkipSeparators(4, "the node section");
+    text.SkipSeparators(7, "the node section");
     text.SkipLines(2, "the node section");
     text.Rows(i_mesh.numNode(), 3, "nodes");
 }

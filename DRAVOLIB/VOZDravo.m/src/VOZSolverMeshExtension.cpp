@@ -3,6 +3,11 @@
 // The patch between the two lines is that of one closed wire: along the part's boundary, over a bridge to the offset
 // line, around it, and back over the bridge. The bridge's points and both ends of it are nodes of their own, so the
 // extension stays open along it.
+//
+// The star from which such a patch grows has its centre inside the part, and the rounds that follow do not unfold it:
+// the new elements cover the part as well, once each way, and the ring in between by their signed area alone. On a
+// square cup (100 mm, cells of 2.5 mm, offset 10 mm) 437 of 1032 new elements face the other way. Where degenerate
+// triangles are dropped the boundary can come out refused, as it does there with cells of 5 and 10 mm.
 
 #include "CATFatalError.h"
 #include "CATMathSetOfPointsND.h"

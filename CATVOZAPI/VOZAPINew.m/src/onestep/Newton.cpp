@@ -25,7 +25,7 @@ namespace
 {
 
 constexpr double kShapeChange = 0.5; // greatest entry of dG G^-1 in one step
-constexpr double kDecrease = 0.1;
+constexpr double kDecrease = 0.05;
 constexpr double kFoldShare = 0.02; // det G that a step must leave, where the flat is not folded worse already
 constexpr int kHalvings = 13;
 constexpr double kShortening = 0.25;  // of the correction, times the factor
@@ -35,8 +35,9 @@ constexpr double kSecantDecay = 0.75; // of the share of the secant modulus, per
 constexpr double kLeastSecantShare = 0.2, kSlowSecantShare = 0.5;
 constexpr int kSecantSteps = 14;
 constexpr double kNearlySolved = 1.0e-3; // relative residual from which on tangents do
-constexpr double kCreeping = 0.99;       // of the residual: a step that leaves more than this has led nowhere
-constexpr int kCreepingSteps = 3;        // in a row, after which a run gives up for the next rung
+constexpr double kCreeping = 0.99;       // of the residual: a short step that leaves more than this has led nowhere
+constexpr double kShortFactor = 0.05;
+constexpr int kCreepingSteps = 3; // in a row, after which a run gives up for the next rung
 
 class Stopwatch // adds the time of its life to a sum
 {
@@ -179,6 +180,7 @@ bool Newton::search(NewtonState const & i_now, Flat & io_flat, NewtonState & o_n
             continue;
         io_flat.swap(m_trial);
         m_damped = halving > 0;
+        m_factor = factor;
         if (factor == 1.0 && o_next.norm <= kRepeatDrop * i_now.norm)
         {
             if (!m_correctionStands)
@@ -253,9 +255,11 @@ Newton::Outcome Newton::run(double i_tolerance, int i_maxSteps, Monitor & io_mon
         if (secantShare < kLeastSecantShare || outcome.state.relative < kNearlySolved)
             secantShare = 0.0;
         bool moved = advance(secantShare, outcome.state, io_flat, next);
-        if (!moved && secantShare > 0.0) // what the secant cannot do the tangent may
+        for (double const other : {0.0, 1.0}) // what the one modulus cannot do the other may
         {
-            secantShare = 0.0;
+            if (moved || i_from == From::Near || secantShare == other)
+                continue;
+            secantShare = other;
             measure(io_flat);
             moved = advance(secantShare, outcome.state, io_flat, next);
         }
@@ -264,7 +268,8 @@ Newton::Outcome Newton::run(double i_tolerance, int i_maxSteps, Monitor & io_mon
             outcome.state = measure(io_flat);
             return outcome;
         }
-        creeping = next.norm > kCreeping * outcome.state.norm ? creeping + 1 : 0;
+        bool const creeps = m_factor < kShortFactor && next.norm > kCreeping * outcome.state.norm;
+        creeping = creeps ? creeping + 1 : 0;
         outcome.state = next;
         if (i_from == From::Afar)
             secantShare = nextSecantShare(secantShare, outcome.steps);

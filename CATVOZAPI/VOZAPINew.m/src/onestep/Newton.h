@@ -79,6 +79,7 @@ private:
     std::vector<double> m_residual, m_values, m_step;
     std::vector<double> m_correction; // step from the trial with the factors at hand
     bool m_correctionStands = false;  // m_correction belongs to m_residual
+    double m_factor = 1.0;            // of the last step
     bool m_damped = false;            // the last step had to be cut
     bool m_repeats = false;           // m_correction is worth a step
     Flat m_trial;

@@ -10,7 +10,9 @@
 //
 //     f_i = n_i - G_i^T S,   moments m^_i
 //
-// S is what the turned frame leaves unbalanced, small of second order. The tangent keeps every term.
+// S is what the turned frame leaves unbalanced, small of second order. The tangent keeps every term. Deformations come
+// from displacements, as T^T (u_i - u_c) + (T^T T0 - 1) X_i: the difference of positions would lose the digits that a
+// stiff sliver needs.
 
 #include "springback/ShellTriangle.h"
 
@@ -133,10 +135,15 @@ Matrix3d presentFrame(ShellTriangle const & i_triangle, std::array<Vector3d, 3> 
 
 Kinematics kinematicsOf(ShellTriangle const & i_triangle, CornerState const & i_state)
 {
-    Vector3d const centre = (i_state.position[0] + i_state.position[1] + i_state.position[2]) / 3.0;
-    std::array<Vector3d, 3> const fromCentre = {i_state.position[0] - centre, i_state.position[1] - centre,
-                                                i_state.position[2] - centre};
+    auto const & u = i_state.displacement;
+    Vector3d const drift = (u[0] + u[1] + u[2]) / 3.0;
+    std::array<Vector3d, 3> fromCentre;
+    for (std::size_t i = 0; i < 3; ++i)
+        fromCentre[i] =
+            i_triangle.frame.leftCols<2>() * Eigen::Vector2d(i_triangle.corner[i].x, i_triangle.corner[i].y) +
+            (u[i] - drift);
     Matrix3d const frame = presentFrame(i_triangle, fromCentre);
+    Matrix3d const back = frame.transpose() * i_triangle.frame - Matrix3d::Identity();
     auto const angleOf = [&](std::size_t i)
     {
         Matrix3d const r = i_state.rotation[i].toRotationMatrix();
@@ -159,7 +166,9 @@ Kinematics kinematicsOf(ShellTriangle const & i_triangle, CornerState const & i_
         k.turn[i] << 0.0, 0.0, k.gradient[i].y, 0.0, 0.0, -k.gradient[i].x, -reference.y / k.stretch,
             reference.x / k.stretch, 0.0;
         auto const row = static_cast<Eigen::Index>(6 * i);
-        k.deformation.segment<3>(row) << present[i].x - reference.x, present[i].y - reference.y, 0.0;
+        Vector3d const stretch =
+            back.leftCols<2>() * Eigen::Vector2d(reference.x, reference.y) + frame.transpose() * (u[i] - drift);
+        k.deformation.segment<3>(row) << stretch.x(), stretch.y(), 0.0;
         k.deformation.segment<3>(row + 3) = k.rotation[i].angle;
     }
     return k;

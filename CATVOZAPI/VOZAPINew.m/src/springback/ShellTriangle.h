@@ -41,8 +41,8 @@ Matrix18 linearStiffness(ShellTriangle const & i_triangle);
 
 struct CornerState
 {
-    std::array<Eigen::Vector3d, 3> position;
-    std::array<Eigen::Quaterniond, 3> rotation; // since the forming
+    std::array<Eigen::Vector3d, 3> displacement; // since the forming, m
+    std::array<Eigen::Quaterniond, 3> rotation;  // since the forming
 };
 
 // Forces and moments on the corners in space, and their derivative by displacements and spins where asked for.

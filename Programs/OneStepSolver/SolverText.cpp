@@ -32,6 +32,17 @@ constexpr char kHead[] =
     "* one-step result in the stamping frame; lengths in inches\n"
     "* the blank is flat: without a binder both positions are the same\n"
     "* node, position on the binder (x y z), position in the flat blank (x y z)\n";
+constexpr char kShapeHead[] =
+    "* shape after springback in the stamping frame; lengths in inches\n"
+    "* the stresses of a one-step solve of the same deck, let go without tools\n"
+    "* a part that no plane of symmetry holds is pinned at three nodes\n"
+    "*\n"
+    "*\n"
+    "*\n"
+    "*\n"
+    "node, position after springback (x y z)\n"
+    "\n";
+constexpr char kShapeEnd[] = "* end of the nodes\n";
 constexpr char kElements[] =
     "* element, thickness, minor %, major %, stress, equivalent strain %, angle rad; a line per corner of a quadrilateral\n";
 constexpr char kForce[] =
@@ -168,6 +179,22 @@ std::string ResultText(Deck const & i_deck, VOZMultiStageSolverIOData_s const & 
     text.Literal(kForce);
     text.Real(result.m_dPunchForce / kNewtonPerLbf, "the punch force of stage", 1);
     text.End();
+    return text.Taken();
+}
+
+std::string ShapeText(Deck const & i_deck, double const * i_padXYZ)
+{
+    Text text;
+    text.Literal(kShapeHead);
+    for (std::size_t n = 0; n < i_deck.nodes.size(); ++n)
+    {
+        int const number = static_cast<int>(n) + 1;
+        text.Int(number);
+        for (std::size_t c = 0; c < 3; ++c)
+            text.Real(i_padXYZ[3 * n + c] / kMetresPerInch, "the position of node", number);
+        text.End();
+    }
+    text.Literal(kShapeEnd);
     return text.Taken();
 }
 

@@ -32,6 +32,9 @@ public:
 
 std::string ResultText(Deck const & i_deck, VOZMultiStageSolverIOData_s const & i_data); // throws ResultError
 
+// The shape after springback: i_padXYZ holds 3 per node of the deck, metres, stamping frame. Throws ResultError.
+std::string ShapeText(Deck const & i_deck, double const * i_padXYZ);
+
 // Writes under "<path>.part" and renames: nothing half written ever stands under the path. Throws WriteError.
 void CommitText(std::string const & i_path, std::string_view i_text);
 

@@ -10,6 +10,8 @@
 #include "CATUnicodeString.h"
 #include "VOZConsole.h"
 #include "VOZHost.h"
+#include "VOZMultiStageSolverIOData.h"
+#include "VOZSolverSpringback.h"
 #include "VOZUtilitySolving.h"
 
 #include <algorithm>
@@ -19,6 +21,7 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace
 {
@@ -33,18 +36,25 @@ enum ExitCode
 };
 
 constexpr char kHelp[] = R"(OneStepSolver -pfpi DECK -sd FOLDER
+OneStepSolver -pspi DECK -sd FOLDER
 
-Solves a one-step deck: finds the flat blank of a formed part with its strains.
+Solves a one-step deck: finds the flat blank of a formed part with its strains, or its shape after springback.
 
   -pfpi DECK   the deck; the result stands beside it afterwards, with the extension .fpo
+  -pspi DECK   the deck; the shape after springback stands beside it, with the extension .spo
   -sd FOLDER   the folder in which an optional solver.cfg stands
   --help       this text
 
-Beside the result stand a summary (.sum) and a log (.log). Exit codes: 0 done, 2 wrong use, 3 deck or solver.cfg
+Beside the result stand a summary (.sum) and a log (.log) of the forming, and with -pspi those of the springback
+(-springback.sum, -springback.log). Exit codes: 0 done, 2 wrong use, 3 deck or solver.cfg
 refused, 4 no solution, 5 result not written, 1 a fault of the program.
 
 Example: OneStepSolver -pfpi "job/deck.fpi" -sd "job"
 )";
+
+constexpr char kExpected[] = "; expected -pfpi DECK -sd FOLDER, or -pspi DECK -sd FOLDER";
+
+constexpr char kSpringbackSuffix[] = "-springback"; // of summary and log, behind the deck's name
 
 // Behind what the kernel says: its indices are not the deck's numbers.
 constexpr char kKernelCounts[] = "\n(nodes, elements and rows are counted from 0 here, in the deck from 1)";
@@ -53,6 +63,7 @@ struct Options
 {
     std::string deck;
     std::string folder;
+    bool springback = false;
 };
 
 // A contract of the kernel that breaks leaves no result worth having.
@@ -83,7 +94,7 @@ private:
 class Progress
 {
 public:
-    Progress() : mIsShown(VOZConsole::IsTerminal(stderr)) {}
+    explicit Progress(int i_solves) : mIsShown(VOZConsole::IsTerminal(stderr)), mSolves(i_solves) {}
     ~Progress()
     {
         if (mLast >= 0)
@@ -92,10 +103,12 @@ public:
     Progress(Progress const &) = delete;
     Progress & operator=(Progress const &) = delete;
 
+    void Next() { ++mDone; } // the solves follow one another
+
     static int Report(double i_percent, void * i_task, void *)
     {
         auto & self = *static_cast<Progress *>(i_task);
-        int const percent = static_cast<int>(i_percent);
+        int const percent = static_cast<int>((100.0 * self.mDone + i_percent) / self.mSolves);
         if (self.mIsShown && percent != self.mLast)
         {
             self.mLast = percent;
@@ -107,6 +120,7 @@ public:
 
 private:
     bool mIsShown;
+    int mSolves, mDone = 0;
     int mLast = -1;
 };
 
@@ -122,18 +136,18 @@ std::string parseArguments(int argc, char ** argv, Options & o_options)
     for (int i = 1; i < argc; i += 2)
     {
         std::string const option = argv[i];
-        if (option == "-pspi")
-            return "-pspi: this program does not solve springback";
-        if (option != "-pfpi" && option != "-sd")
-            return "unknown option \"" + option + "\"; expected -pfpi DECK -sd FOLDER";
-        std::string & value = option == "-pfpi" ? o_options.deck : o_options.folder;
+        bool const isDeck = option == "-pfpi" || option == "-pspi";
+        if (!isDeck && option != "-sd")
+            return "unknown option \"" + option + "\"" + kExpected;
+        std::string & value = isDeck ? o_options.deck : o_options.folder;
         if (i + 1 == argc || argv[i + 1][0] == '\0')
-            return option + " has no value; expected -pfpi DECK -sd FOLDER";
+            return option + " has no value" + kExpected;
         if (!value.empty())
-            return option + " comes a second time";
+            return isDeck ? "a second deck with " + option + kExpected : option + " comes a second time";
         value = argv[i + 1];
+        o_options.springback = o_options.springback || option == "-pspi";
     }
-    return o_options.deck.empty() ? "no deck; expected -pfpi DECK -sd FOLDER" : "";
+    return o_options.deck.empty() ? std::string("no deck") + kExpected : "";
 }
 
 // Paths of the file route may come with backslashes on every system.
@@ -143,10 +157,11 @@ std::filesystem::path pathOf(std::string text)
     return text;
 }
 
-void setFiles(VOZMultiStageSolverIOData_s & io_data, std::filesystem::path const & deck)
+// The summary's name ends in suffix; so does the log's.
+void setFiles(VOZMultiStageSolverIOData_s & io_data, std::filesystem::path const & deck, char const * suffix)
 {
     CATUnicodeString const folder(deck.parent_path().string().c_str());
-    CATUnicodeString const summary((deck.stem().string() + ".sum").c_str());
+    CATUnicodeString const summary((deck.stem().string() + suffix + ".sum").c_str());
     io_data.SetWorkingDir(folder.ConvertToUTF16().c_str());
     io_data.SetSummaryFileName(summary.ConvertToUTF16().c_str());
 }
@@ -154,7 +169,8 @@ void setFiles(VOZMultiStageSolverIOData_s & io_data, std::filesystem::path const
 int solve(Options const & options)
 {
     std::filesystem::path const deckPath = pathOf(options.deck);
-    std::filesystem::path const output = std::filesystem::path(deckPath).replace_extension(".fpo");
+    std::filesystem::path const output =
+        std::filesystem::path(deckPath).replace_extension(options.springback ? ".spo" : ".fpo");
     if (output == deckPath)
         return refuse(kUsage, options.deck + ": the deck has the extension of results; expected another");
     // Whoever started this program looks for its result alone: an older one must not be taken for it.
@@ -166,14 +182,26 @@ int solve(Options const & options)
     if (!options.folder.empty())
         settings = voz::deck::ReadSettings((pathOf(options.folder) / "solver.cfg").string());
     auto const data = voz::deck::MakeRecords(deck, settings);
-    setFiles(*data, deckPath);
+    std::vector<double> shape(options.springback ? 3 * deck.nodes.size() : 0);
     {
-        Progress progress;
+        Progress progress(options.springback ? 2 : 1);
+        setFiles(*data, deckPath, "");
         if (VOZUtilitySolving::Evaluate(data.get(), &Progress::Report, &progress, nullptr) != VOZUtilitySolving::Done)
             return refuse(kSolve, "the solve was stopped");
+        progress.Next();
+        if (options.springback)
+        {
+            setFiles(*data, deckPath, kSpringbackSuffix);
+            if (VOZSolverSpringback::UnfoldStage(data.get(), nullptr, &Progress::Report, &progress, nullptr,
+                                                 shape.data()) != VOZSolverSpringback::Done)
+                return refuse(kSolve, "no shape after springback; " + deckPath.stem().string() + kSpringbackSuffix +
+                                          ".log says why");
+        }
     }
-    voz::deck::CommitText(output.string(), voz::deck::ResultText(deck, *data));
-    std::filesystem::path const summary = std::filesystem::path(deckPath).replace_extension(".sum");
+    voz::deck::CommitText(output.string(), options.springback ? voz::deck::ShapeText(deck, shape.data())
+                                                              : voz::deck::ResultText(deck, *data));
+    std::string const stem = deckPath.stem().string() + (options.springback ? kSpringbackSuffix : "");
+    std::filesystem::path const summary = deckPath.parent_path() / (stem + ".sum");
     if (std::filesystem::exists(summary, ignored))
         std::fputs(voz::deck::ReadWholeFile(summary.string()).c_str(), stdout);
     return kDone;

@@ -102,7 +102,8 @@ inline Solution solve(Problem const & problem, voz::springback::Settings const &
 inline std::vector<double> headings(Problem const & problem, std::vector<std::array<double, 3>> const & shape)
 {
     std::vector<int> line = nodesAt(problem, [](auto const & x) { return std::abs(x[1]) < 1e-9; });
-    std::sort(line.begin(), line.end(), [&](int a, int b)
+    std::sort(line.begin(), line.end(),
+              [&](int a, int b)
               { return problem.flat[static_cast<std::size_t>(a)][0] < problem.flat[static_cast<std::size_t>(b)][0]; });
     std::vector<double> result;
     for (std::size_t i = 1; i < line.size(); ++i)
@@ -136,8 +137,8 @@ inline double moment(MaterialLaw const & law, double radius, bool linear = false
 inline double springRatio(MaterialLaw const & law, double radius)
 {
     double const t = law.thickness;
-    return 1.0 - 12.0 * (1.0 - law.poisson * law.poisson) * moment(law, radius) * radius /
-                     (law.youngsModulus * t * t * t);
+    return 1.0 -
+           12.0 * (1.0 - law.poisson * law.poisson) * moment(law, radius) * radius / (law.youngsModulus * t * t * t);
 }
 
 template <class... Values>

@@ -476,6 +476,45 @@ TEST_F(OneStepSolver, SaysSoWhereTheDiskIsFull)
     EXPECT_THAT(filesHere(), testing::Not(testing::Contains(HasSubstr(".fpo"))));
 }
 
+// The cup's planes of symmetry stay planes, and what is read back are positions in mm in the stamping frame.
+TEST_F(OneStepSolver, SpringsACupBackFromEndToEnd)
+{
+    SheetJob job(cup(ex::Cells::Triangles), Symmetry(true, true));
+    ASSERT_EQ(job.solver().write("deck.spi", false, false, 0), 0);
+    EXPECT_EQ(job.solver().run_spb(program().c_str(), "deck.spi"), 0);
+    ASSERT_TRUE(std::filesystem::exists("deck.spo"));
+    EXPECT_THAT(filesHere(), testing::Not(testing::Contains(HasSubstr(".fpo"))));
+    EXPECT_THAT(readFile("deck-springback.sum"), HasSubstr("outcome              converged"));
+    EXPECT_THAT(readFile("deck.sum"), HasSubstr("punch force N"));
+    Result result(job.mesh);
+    job.solver().read("deck.spo", result, false);
+    double greatest = 0.0;
+    for (int n = 1; n <= job.mesh.numNode(); ++n)
+        for (int c = 0; c < 3; ++c)
+        {
+            double const before = job.mesh.NodeValue(n, c);
+            double const after = static_cast<double>(result.dispOnBinder1(n, c));
+            greatest = std::max(greatest, std::abs(after - before));
+            if (c < 2 && before == 0.0)
+            {
+                EXPECT_NEAR(after, 0.0, 1.0e-5) << n;
+            }
+        }
+    EXPECT_GT(greatest, 0.01); // mm
+    EXPECT_LT(greatest, 5.0);
+}
+
+// A whole part that nothing holds: only distances are known.
+TEST_F(OneStepSolver, ThreePinsHoldAWholePart)
+{
+    SheetJob job(ex::cup(ex::Cup(), 1, ex::Extent::Whole, ex::Cells::Triangles), Symmetry(false, false));
+    ASSERT_EQ(job.solver().write("deck.spi", false, false, 0), 0);
+    Ended const ended = start("-pspi deck.spi -sd .");
+    EXPECT_EQ(ended.code, 0) << ended.errors;
+    EXPECT_THAT(ended.output, HasSubstr("outcome              converged"));
+    EXPECT_THAT(readFile("deck-springback.log"), HasSubstr("6 rigid motions are pinned"));
+}
+
 TEST_F(OneStepSolver, TellsHowItIsUsed)
 {
     EXPECT_EQ(start("--help").code, 0);
@@ -487,8 +526,8 @@ TEST_F(OneStepSolver, TellsHowItIsUsed)
     };
     for (Case const & c :
          {Case{"", "no deck"}, Case{"-sd .", "no deck"}, Case{"-pfpi", "-pfpi has no value"},
-          Case{"deck.fpi", "unknown option \"deck.fpi\""}, Case{"-pfpi a.fpi -pfpi b.fpi", "-pfpi comes a second time"},
-          Case{"-pspi deck.spi -sd .", "does not solve springback"},
+          Case{"deck.fpi", "unknown option \"deck.fpi\""}, Case{"-pfpi a.fpi -pfpi b.fpi", "a second deck with -pfpi"},
+          Case{"-pspi deck.spi -pfpi deck.fpi -sd .", "a second deck"},
           Case{"-pfpi deck.fpo -sd .", "the extension of results"}})
     {
         Ended const ended = start(c.arguments);

@@ -85,6 +85,16 @@ double areaOf(Corners const & i_corners)
     return 0.5 * cross(between(i_corners, 1, 0), between(i_corners, 2, 0));
 }
 
+std::array<geometry::Vec2, 3> areaGradients(Corners const & i_corners)
+{
+    double const doubled = 2.0 * areaOf(i_corners);
+    std::array<geometry::Vec2, 3> gradient;
+    for (int k = 0; k < 3; ++k)
+        gradient[static_cast<std::size_t>(k)] =
+            (1.0 / doubled) * turnedLeft(between(i_corners, (k + 2) % 3, (k + 1) % 3));
+    return gradient;
+}
+
 Eigen::Matrix3d planeStress(double i_youngsModulus, double i_poisson)
 {
     Eigen::Matrix3d c;

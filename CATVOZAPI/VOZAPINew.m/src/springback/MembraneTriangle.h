@@ -19,6 +19,7 @@ using Corners = std::array<geometry::Vec2, 3>;
 using Matrix9 = Eigen::Matrix<double, 9, 9>;
 
 double areaOf(Corners const & i_corners);
+std::array<geometry::Vec2, 3> areaGradients(Corners const & i_corners); // of the area coordinates, 1/m
 
 // Plane stress: stresses from strains (11, 22, engineering 12), Pa.
 Eigen::Matrix3d planeStress(double i_youngsModulus, double i_poisson);

@@ -56,10 +56,7 @@ Eigen::Matrix<double, 1, 9> bubble(Side const & s)
 
 Eigen::Matrix<double, 3, 9> plateCurvature(Corners const & i_corners, std::array<double, 3> const & i_place)
 {
-    double const doubled = 2.0 * areaOf(i_corners);
-    std::array<geometry::Vec2, 3> gradient; // of the area coordinates
-    for (std::size_t k = 0; k < 3; ++k)
-        gradient[k] = (1.0 / doubled) * turnedLeft(i_corners[(k + 2) % 3] - i_corners[(k + 1) % 3]);
+    std::array<geometry::Vec2, 3> const gradient = areaGradients(i_corners);
     Eigen::Matrix<double, 3, 9> b = Eigen::Matrix<double, 3, 9>::Zero();
     for (int corner = 0; corner < 3; ++corner)
     {

@@ -19,6 +19,7 @@ namespace
 {
 
 constexpr double kGreatestTurn = 0.3;    // radians in one step
+constexpr double kLeastStrain = 1e-10;   // stresses of smaller elastic strains are rounding
 constexpr double kLeastReference = 1e-3; // of the unassembled forces: stresses may balance but for rounding
 
 std::size_t at(int i)
@@ -79,8 +80,12 @@ void SheetSystem::weighInitialForces()
 {
     Vector3d force = Vector3d::Zero(), moment = Vector3d::Zero();
     double forces = 0.0, moments = 0.0, squares = 0.0;
+    double rigid = 0.0; // squares of the corner forces at strain one
     std::vector<Vector3d> sum(2 * m_piece.position.size(), Vector3d::Zero());
     for (ShellTriangle const & triangle : m_piece.triangles)
+    {
+        double const corner = triangle.youngsModulus * triangle.thickness * m_length;
+        rigid += 3.0 * corner * corner;
         for (int k = 0; k < 3; ++k)
         {
             Vector3d const f = triangle.frame * triangle.initialForce.segment<3>(6 * k);
@@ -95,10 +100,12 @@ void SheetSystem::weighInitialForces()
             sum[2 * at(triangle.node[at(k)])] += f;
             sum[2 * at(triangle.node[at(k)]) + 1] += m / m_length;
         }
+    }
     double assembled = 0.0;
     for (Vector3d const & nodal : sum)
         assembled += nodal.squaredNorm();
-    m_reference = std::max(std::sqrt(assembled), kLeastReference * std::sqrt(squares));
+    if (std::sqrt(squares) > kLeastStrain * std::sqrt(rigid))
+        m_reference = std::max(std::sqrt(assembled), kLeastReference * std::sqrt(squares));
     m_imbalance = forces > 0.0 ? std::max(force.norm() / forces, moment.norm() / moments) : 0.0;
 }
 

@@ -1,7 +1,8 @@
 // ShellTriangle.cpp: element-independent co-rotation.
 //
-// The frame T has the present plane of the corners and the in-plane angle at which the corners x lie nearest to their
-// places X as formed: sum X_i x (x_i - X_i) = 0. With x_i in the frame and R_i the corner's rotation
+// The frame T has the present plane of the corners and the in-plane turn of the polar decomposition of the triangle's
+// deformation gradient: sum g_i x x_i = 0, g_i the gradients of the area coordinates as formed. So a plain stretch
+// turns no frame. With x_i in the frame, X_i as formed and R_i the corner's rotation
 //
 //     d_i = (x_i - X_i,  log(T^T R_i T0)),   (n, m) = K d + load f0
 //
@@ -105,7 +106,7 @@ struct Kinematics
     Matrix3d frame;                         // T
     std::array<Vector3d, 3> local;          // x_i
     std::array<geometry::Vec2, 3> gradient; // of the area coordinates, present triangle
-    double stretch = 0.0;                   // D = sum X_i . x_i
+    double stretch = 0.0;                   // D = sum g_i . x_i
     std::array<Matrix3d, 3> turn;           // G_i
     std::array<LogarithmDerivative, 3> rotation;
     Vector18 deformation;
@@ -120,8 +121,8 @@ Matrix3d presentFrame(ShellTriangle const & i_triangle, std::array<Vector3d, 3> 
     for (std::size_t i = 0; i < 3; ++i)
     {
         geometry::Vec2 const x{first.dot(i_fromCentre[i]), second.dot(i_fromCentre[i])};
-        sine += cross(i_triangle.corner[i], x);
-        cosine += dot(i_triangle.corner[i], x);
+        sine += cross(i_triangle.slope[i], x);
+        cosine += dot(i_triangle.slope[i], x);
     }
     double const size = std::hypot(sine, cosine);
     sine /= size;
@@ -156,15 +157,14 @@ Kinematics kinematicsOf(ShellTriangle const & i_triangle, CornerState const & i_
         k.local[i] = frame.transpose() * fromCentre[i];
         k.local[i].z() = 0.0; // rounding: the corners span the plane
         present[i] = {k.local[i].x(), k.local[i].y()};
-        k.stretch += dot(i_triangle.corner[i], present[i]);
+        k.stretch += dot(i_triangle.slope[i], present[i]);
     }
-    double const doubled = 2.0 * areaOf(present);
+    k.gradient = areaGradients(present);
     for (std::size_t i = 0; i < 3; ++i)
     {
-        geometry::Vec2 const reference = i_triangle.corner[i];
-        k.gradient[i] = (1.0 / doubled) * turnedLeft(present[(i + 2) % 3] - present[(i + 1) % 3]);
-        k.turn[i] << 0.0, 0.0, k.gradient[i].y, 0.0, 0.0, -k.gradient[i].x, -reference.y / k.stretch,
-            reference.x / k.stretch, 0.0;
+        geometry::Vec2 const reference = i_triangle.corner[i], slope = i_triangle.slope[i];
+        k.turn[i] << 0.0, 0.0, k.gradient[i].y, 0.0, 0.0, -k.gradient[i].x, -slope.y / k.stretch, slope.x / k.stretch,
+            0.0;
         auto const row = static_cast<Eigen::Index>(6 * i);
         Vector3d const stretch =
             back.leftCols<2>() * Eigen::Vector2d(reference.x, reference.y) + frame.transpose() * (u[i] - drift);
@@ -232,7 +232,7 @@ void addTurningTerms(ShellTriangle const & i_triangle, Kinematics const & k, Loc
     {
         auto const moved = i_projector.middleRows<3>(6 * j);
         lever += crossMatrix(f.conjugate.segment<3>(6 * j)) * moved;
-        stretch += i_triangle.corner[at(j)].x * moved.row(0) + i_triangle.corner[at(j)].y * moved.row(1);
+        stretch += i_triangle.slope[at(j)].x * moved.row(0) + i_triangle.slope[at(j)].y * moved.row(1);
         turn.middleCols<3>(6 * j) = k.turn[at(j)];
     }
     for (int i = 0; i < 3; ++i)
@@ -286,6 +286,7 @@ ShellTriangle shellTriangle(std::array<Vector3d, 3> const & i_points, std::array
     for (std::size_t i = 0; i < 3; ++i)
         triangle.corner[i] = {triangle.frame.col(0).dot(i_points[i] - centre),
                               triangle.frame.col(1).dot(i_points[i] - centre)};
+    triangle.slope = areaGradients(triangle.corner);
     triangle.initialForce.setZero();
     return triangle;
 }

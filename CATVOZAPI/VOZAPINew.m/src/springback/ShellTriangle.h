@@ -22,6 +22,7 @@ struct ShellTriangle
 {
     std::array<int, 3> node{-1, -1, -1}; // counter-clockwise about the normal
     Corners corner;                      // in the frame, as formed; centre at the origin, m
+    std::array<geometry::Vec2, 3> slope; // gradients of the area coordinates, as formed, 1/m
     Eigen::Matrix3d frame;               // columns: two axes of the triangle and its normal, as formed
     double thickness = 0.0;              // m
     double youngsModulus = 0.0;          // Pa

@@ -54,8 +54,11 @@ void store(std::string_view key, Entry const & entry, SolverSettings & o_setting
         o_settings.toolFriction = entry.Int(0, 1) != 0;
     else if (key == "Threads")
         o_settings.threads = entry.Int(0, kMostThreads);
+    else if (key == "Steps")
+        o_settings.steps = entry.Int(1, 3);
     else
-        entry.Fail("unknown key " + Quoted(key) + "; expected YoungsModulus, PoissonsRatio, ToolFriction or Threads");
+        entry.Fail("unknown key " + Quoted(key) +
+                   "; expected YoungsModulus, PoissonsRatio, ToolFriction, Threads or Steps");
 }
 } // namespace
 

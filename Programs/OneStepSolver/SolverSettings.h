@@ -19,6 +19,7 @@ struct SolverSettings
     double poissonsRatio = 0.3;
     std::optional<bool> toolFriction; // not set: the deck's control flag says
     int threads = 0;                  // 0: the solver chooses
+    std::optional<int> steps;         // of the stroke, 1 to 3; not set: VOZStrokeSteps of the environment
 };
 
 // Throws DeckError.

@@ -75,9 +75,12 @@ public:
     EndingHost(EndingHost const &) = delete;
     EndingHost & operator=(EndingHost const &) = delete;
 
+    // Of solver.cfg; without it what the environment says holds.
+    void SetSteps(int i_steps) { mSteps = std::to_string(i_steps); }
+
     std::optional<std::string> EnvironmentValue(std::string const & i_name) override
     {
-        return mOuter.EnvironmentValue(i_name);
+        return i_name == "VOZStrokeSteps" && mSteps ? mSteps : mOuter.EnvironmentValue(i_name);
     }
     std::shared_ptr<VOZHostDocument> CurrentDocument() override { return mOuter.CurrentDocument(); }
     void BrokenContract(std::string const & i_text, std::string const & i_file, int i_line) override
@@ -88,6 +91,7 @@ public:
 
 private:
     VOZHost & mOuter;
+    std::optional<std::string> mSteps;
 };
 
 // Shows how far the solve has come, where somebody looks.
@@ -166,7 +170,7 @@ void setFiles(VOZMultiStageSolverIOData_s & io_data, std::filesystem::path const
     io_data.SetSummaryFileName(summary.ConvertToUTF16().c_str());
 }
 
-int solve(Options const & options)
+int solve(Options const & options, EndingHost & io_host)
 {
     std::filesystem::path const deckPath = pathOf(options.deck);
     std::filesystem::path const output =
@@ -181,6 +185,8 @@ int solve(Options const & options)
     voz::deck::SolverSettings settings;
     if (!options.folder.empty())
         settings = voz::deck::ReadSettings((pathOf(options.folder) / "solver.cfg").string());
+    if (settings.steps)
+        io_host.SetSteps(*settings.steps);
     auto const data = voz::deck::MakeRecords(deck, settings);
     std::vector<double> shape(options.springback ? 3 * deck.nodes.size() : 0);
     {
@@ -207,7 +213,7 @@ int solve(Options const & options)
     return kDone;
 }
 
-int run(int argc, char ** argv)
+int run(int argc, char ** argv, EndingHost & io_host)
 {
     if (argc == 2 && (std::string(argv[1]) == "--help" || std::string(argv[1]) == "-h"))
     {
@@ -217,7 +223,7 @@ int run(int argc, char ** argv)
     Options options;
     if (std::string const wrong = parseArguments(argc, argv, options); !wrong.empty())
         return refuse(kUsage, wrong);
-    return solve(options);
+    return solve(options, io_host);
 }
 } // namespace
 
@@ -225,8 +231,8 @@ int main(int argc, char ** argv)
 {
     try
     {
-        EndingHost const host;
-        return run(argc, argv);
+        EndingHost host;
+        return run(argc, argv, host);
     }
     catch (voz::deck::DeckError const & error)
     {

@@ -4,6 +4,7 @@
 #include "CommaLocale.h"
 #include "JobFixture.h"
 #include "SpoiledJobs.h"
+#include "VOZHost.h"
 #include "VOZMultiStageSolver.h"
 #include "VOZUtilitySolving.h"
 #include "records/JobProblem.h"
@@ -699,6 +700,55 @@ TEST(JobProblem, HoldersWithoutForceStayAndPadsWithoutPressureAskForNothing)
     ASSERT_EQ(problem.holders.size(), 1U);
     EXPECT_EQ(problem.holders[0].force, 0.0);
     EXPECT_TRUE(problem.padShear.empty());
+}
+
+// --- Steps of the stroke, which a host asks for through its environment ---------------------------------------------
+
+class AskingHost : public VOZMemoryHost
+{
+public:
+    explicit AskingHost(std::string i_steps) : m_outer(Current()), m_steps(std::move(i_steps)) { Install(this); }
+    ~AskingHost() override { Install(&m_outer); }
+    AskingHost(AskingHost const &) = delete;
+    AskingHost & operator=(AskingHost const &) = delete;
+    std::optional<std::string> EnvironmentValue(std::string const & i_name) override
+    {
+        return i_name == "VOZStrokeSteps" ? m_steps : m_outer.EnvironmentValue(i_name);
+    }
+
+private:
+    VOZHost & m_outer;
+    std::string m_steps;
+};
+
+std::vector<double> blankInSteps(std::string const & steps)
+{
+    AskingHost const host(steps);
+    SurfaceMesh const mesh = cup(Cup{}, 1, Extent::Whole, Cells::Triangles);
+    Job job = jobOf(mesh);
+    solve(job);
+    return {job.blank->m_padNodalCoords, job.blank->m_padNodalCoords + 3 * mesh.nodes.size()};
+}
+
+TEST(StrokeSteps, AreOneWhereTheHostSaysNothingAndMoveTheBlankWhereItAsksForTwo)
+{
+    std::vector<double> const one = blankInSteps("1"), two = blankInSteps("2");
+    EXPECT_EQ(blankInSteps(""), one);
+    double moved = 0.0;
+    for (std::size_t i = 0; i < one.size(); ++i)
+        moved = std::max(moved, std::fabs(one[i] - two[i]));
+    EXPECT_GT(moved, 1e-6);
+    EXPECT_LT(moved, 1e-3); // metres: the same cup
+}
+
+TEST(StrokeSteps, AnyOtherValueIsRefused)
+{
+    for (std::string const wrong : {"0", "4", "12", "two", " 2"})
+    {
+        AskingHost const host(wrong);
+        Job job = jobOf(patch(Cells::Triangles));
+        EXPECT_EQ(errorOf(job), "the environment value VOZStrokeSteps is \"" + wrong + "\"; expected 1, 2 or 3");
+    }
 }
 
 } // namespace

@@ -194,10 +194,10 @@ double HardeningCurve::floorStart() const
     return -1.0;
 }
 
-HardeningCurve::Moduli HardeningCurve::moduli(double i_strain) const
+HardeningCurve::Moduli HardeningCurve::moduli(double i_strain, double i_before) const
 {
     double const young = m_youngsModulus;
-    Plastic const value = plastic(i_strain);
+    Plastic const value = plastic(i_before + i_strain);
     if (i_strain < kNoStressStrain && !(value.stress > young * kNoStressStrain))
         return {young, young};
     double const ratio = young * i_strain / value.stress;

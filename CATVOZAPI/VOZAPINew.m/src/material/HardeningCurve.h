@@ -33,7 +33,8 @@ public:
         double secant;  // S
         double tangent; // Et
     };
-    Moduli moduli(double i_strain) const;
+    // i_before: strain of earlier steps, from where the curve goes on; the elastic line starts anew at i_strain = 0.
+    Moduli moduli(double i_strain, double i_before = 0.0) const;
     double stress(double i_strain) const { return moduli(i_strain).secant * i_strain; } // sbar
     double work(double i_strain) const;                                                 // integral of sbar, J/m^3
 
@@ -46,6 +47,8 @@ public:
 
     // Where the floor first takes over; a negative number if nowhere.
     double floorStart() const;
+
+    double youngsModulus() const { return m_youngsModulus; }
 
     // The strain at which a bar of this curve would neck: the exponent of a power law; of a table the strain where the
     // logarithmic slope is 1, held between 0.02 and 0.5.

@@ -31,6 +31,15 @@ public:
     };
     Stress stress(double i_e11, double i_e22, double i_e12) const;
 
+    // The thickness of the force is t0 exp(B h3): B and dB/d ebar.
+    struct Moderation
+    {
+        double share, slope;
+    };
+    Moderation moderation(double i_strain) const;
+    double rho() const { return m_rho; }
+    double k2() const { return m_k2; }
+
     struct Forces
     {
         double n1, n2;    // N/m
@@ -49,12 +58,6 @@ public:
     Tangent tangent(double i_h1, double i_h2, double i_secantShare = 0.0) const;
 
 private:
-    struct Moderation
-    {
-        double share, slope; // B and dB/d ebar
-    };
-    Moderation moderation(double i_strain) const;
-
     HardeningCurve m_curve;
     double m_thickness, m_rho, m_k2, m_moderationStart;
 };

@@ -29,18 +29,28 @@ std::size_t at(int i)
     return static_cast<std::size_t>(i);
 }
 
-// Forces of the point on its corners, in its frame.
-void cornerForces(IntegrationPoint const & i_point, PointStrain const & i_strain,
-                  material::MembraneLaw::Forces const & i_forces, Vec2 * o_force)
+// A variation from the eigenbasis to the point's frame.
+material::PlaneTensor turned(PointStrain const & i_strain, StrainVariation const & i_dh)
 {
-    for (int k = 0; k < i_point.count; ++k)
-    {
-        Vec2 const shape = toEigenbasis(i_strain, i_point.gradient[at(k)]);
-        o_force[k] = i_point.area * fromEigenbasis(i_strain, {i_forces.n1 * shape.x, i_forces.n2 * shape.y});
-    }
+    double const c = i_strain.cosine, s = i_strain.sine;
+    double const mixed = 2.0 * s * c * i_dh.h12;
+    return {c * c * i_dh.h11 + s * s * i_dh.h22 - mixed, s * s * i_dh.h11 + c * c * i_dh.h22 + mixed,
+            s * c * (i_dh.h11 - i_dh.h22) + (c * c - s * s) * i_dh.h12};
+}
+
+Vec2 onSide(material::PlaneTensor const & i_force, Vec2 i_shape)
+{
+    return {i_force.m11 * i_shape.x + i_force.m12 * i_shape.y, i_force.m12 * i_shape.x + i_force.m22 * i_shape.y};
 }
 
 } // namespace
+
+material::PlaneTensor strainTensor(PointStrain const & i_strain)
+{
+    double const c = i_strain.cosine, s = i_strain.sine;
+    return {i_strain.h1 * c * c + i_strain.h2 * s * s, i_strain.h1 * s * s + i_strain.h2 * c * c,
+            (i_strain.h1 - i_strain.h2) * s * c};
+}
 
 MembraneSystem::MembraneSystem(Piece const & i_piece, Freedoms const & i_freedoms,
                                std::vector<MaterialLaw> const & i_materials, material::LawOptions const & i_options)
@@ -88,6 +98,29 @@ void MembraneSystem::addPadForces(std::span<Vec2 const> i_flat, std::vector<Vec3
     }
 }
 
+double MembraneSystem::pointForces(std::size_t i_point, std::span<Vec2 const> i_flat, Vec2 * o_force) const
+{
+    IntegrationPoint const & point = m_piece.points.points[i_point];
+    geometry::Mat2 const g = inverseGradient(point, i_flat);
+    if (m_history.empty())
+    {
+        PointStrain const strain = evaluateStrain(g);
+        material::MembraneLaw::Forces const forces = law(point.cell).forces(strain.h1, strain.h2);
+        for (int k = 0; k < point.count; ++k)
+        {
+            Vec2 const shape = toEigenbasis(strain, point.gradient[at(k)]);
+            o_force[k] = point.area * fromEigenbasis(strain, {forces.n1 * shape.x, forces.n2 * shape.y});
+        }
+        return forces.stiffness;
+    }
+    PointHistory const & history = m_history[i_point];
+    PointStrain const strain = evaluateStrain(history.stretch * g);
+    material::SteppedForces const forces = steppedForces(law(point.cell), history.law, strainTensor(strain));
+    for (int k = 0; k < point.count; ++k)
+        o_force[k] = point.area * onSide(forces.force, point.gradient[at(k)]);
+    return forces.stiffness;
+}
+
 MembraneSystem::Measure MembraneSystem::residual(std::span<Vec2 const> i_flat, std::vector<double> & o_residual) const
 {
     o_residual.assign(at(m_freedoms.size), 0.0);
@@ -97,14 +130,12 @@ MembraneSystem::Measure MembraneSystem::residual(std::span<Vec2 const> i_flat, s
     for (std::size_t q = 0; q < m_rows.size(); ++q)
     {
         IntegrationPoint const & point = m_piece.points.points[q];
-        PointStrain const strain = evaluateStrain(inverseGradient(point, i_flat));
-        material::MembraneLaw::Forces const forces = law(point.cell).forces(strain.h1, strain.h2);
         Vec2 force[4];
-        cornerForces(point, strain, forces, force);
+        double const stiffness = pointForces(q, i_flat, force);
         double shape = 0.0;
         for (int k = 0; k < point.count; ++k)
             shape = std::max(shape, dot(point.gradient[at(k)], point.gradient[at(k)]));
-        double const noise = point.area * forces.stiffness * shape * farthest * kRounding;
+        double const noise = point.area * stiffness * shape * farthest * kRounding;
         rounding += noise * noise;
         for (int k = 0; k < point.count; ++k)
         {
@@ -129,11 +160,11 @@ MembraneSystem::Measure MembraneSystem::residual(std::span<Vec2 const> i_flat, s
 std::vector<Vec3> MembraneSystem::nodeForces(std::span<Vec2 const> i_flat) const
 {
     std::vector<Vec3> total(m_piece.mesh.position.size());
-    for (IntegrationPoint const & point : m_piece.points.points)
+    for (std::size_t q = 0; q < m_rows.size(); ++q)
     {
-        PointStrain const strain = evaluateStrain(inverseGradient(point, i_flat));
+        IntegrationPoint const & point = m_piece.points.points[q];
         Vec2 force[4];
-        cornerForces(point, strain, law(point.cell).forces(strain.h1, strain.h2), force);
+        pointForces(q, i_flat, force);
         for (int k = 0; k < point.count; ++k)
         {
             Vec3 & sum = total[at(point.node[at(k)])];
@@ -151,8 +182,42 @@ void MembraneSystem::jacobian(std::span<Vec2 const> i_flat, std::vector<double> 
 {
     o_values.assign(m_pattern.sparse().column.size(), 0.0);
     for (std::size_t q = 0; q < m_rows.size(); ++q)
-        addPointJacobian(q, i_flat, i_secantShare, o_values);
+        m_history.empty() ? addPointJacobian(q, i_flat, i_secantShare, o_values)
+                          : addSteppedJacobian(q, i_flat, o_values);
     addPadJacobian(i_flat, o_values);
+}
+
+// As addPointJacobian, in the point's own frame: stress and strain of a material with a history share no axes. Always
+// the exact one: steps begin near their answer.
+void MembraneSystem::addSteppedJacobian(std::size_t i_point, std::span<Vec2 const> i_flat,
+                                        std::vector<double> & io_values) const
+{
+    IntegrationPoint const & point = m_piece.points.points[i_point];
+    PointHistory const & history = m_history[i_point];
+    geometry::Mat2 const g = history.stretch * inverseGradient(point, i_flat);
+    PointStrain const strain = evaluateStrain(g);
+    material::SteppedTangent const tangent = steppedTangent(law(point.cell), history.law, strainTensor(strain));
+    StrainDerivative const derivative(g, strain);
+    for (int l = 0; l < point.count; ++l)
+    {
+        int const firstColumn = m_freedoms.first[at(point.node[at(l)])];
+        int const columns = m_freedoms.first[at(point.node[at(l)]) + 1] - firstColumn;
+        Vec2 const shape = toEigenbasis(strain, point.gradient[at(l)]);
+        for (int u = 0; u < columns; ++u)
+        {
+            Vec2 const way = history.stretch * m_freedoms.column[at(firstColumn + u)];
+            material::PlaneTensor const dn = tangent.along(turned(strain, derivative.along(shape, way)));
+            for (int k = 0; k < point.count; ++k)
+            {
+                int const first = m_freedoms.first[at(point.node[at(k)])];
+                int const count = m_freedoms.first[at(point.node[at(k)]) + 1] - first;
+                Vec2 const df = point.area * onSide(dn, point.gradient[at(k)]);
+                int const place = m_pattern.slot(point.cell, point.corner[at(k)], point.corner[at(l)]) + u;
+                for (int e = 0; e < count; ++e)
+                    io_values[at(place + e * m_pattern.rowLength(first))] += dot(m_rows[i_point].row[k][e], df);
+            }
+        }
+    }
 }
 
 void MembraneSystem::addPointJacobian(std::size_t i_point, std::span<Vec2 const> i_flat, double i_secantShare,
@@ -228,6 +293,19 @@ double MembraneSystem::leastDeterminant(std::span<Vec2 const> i_flat) const
         least = std::min(least, here);
     }
     return least;
+}
+
+double MembraneSystem::hardeningStrain(std::size_t i_point, std::span<Vec2 const> i_flat) const
+{
+    IntegrationPoint const & point = m_piece.points.points[i_point];
+    geometry::Mat2 const g = inverseGradient(point, i_flat);
+    if (m_history.empty())
+    {
+        PointStrain const strain = evaluateStrain(g);
+        return law(point.cell).equivalentStrain(strain.h1, strain.h2);
+    }
+    PointHistory const & history = m_history[i_point];
+    return hardenedStrain(law(point.cell), history.law, strainTensor(evaluateStrain(history.stretch * g)));
 }
 
 void MembraneSystem::move(std::span<double const> i_step, double i_factor, std::span<Vec2 const> i_from,

@@ -8,13 +8,24 @@
 #ifndef MEMBRANESYSTEM_H
 #define MEMBRANESYSTEM_H
 
-#include "material/MembraneLaw.h"
+#include "material/SteppedLaw.h"
 #include "onestep/ElementPattern.h"
 #include "onestep/Kinematics.h"
 #include "onestep/OuterActions.h"
 
 namespace voz::onestep
 {
+
+// The strain tensor of a point in its frame.
+material::PlaneTensor strainTensor(PointStrain const & i_strain);
+
+// What earlier steps of the stroke have made of a point's material (multistep/). `stretch` takes a vector of the flat
+// to the same one in the sheet before this step; the law's start stress is in the point's frame.
+struct PointHistory
+{
+    geometry::Mat2 stretch;
+    material::StepHistory law;
+};
 
 class MembraneSystem
 {
@@ -27,6 +38,10 @@ public:
     void setConstantForces(std::vector<geometry::Vec3> i_forces) { m_constant = std::move(i_forces); }
     void setLoadFactor(double i_factor) { m_loadFactor = i_factor; }
     std::vector<geometry::Vec3> const & constantForces() const { return m_constant; }
+
+    // One per integration point; empty: the sheet comes flat and unstrained, in one step.
+    void setHistory(std::vector<PointHistory> i_history) { m_history = std::move(i_history); }
+    bool hasHistory() const { return !m_history.empty(); }
 
     ElementPattern const & pattern() const { return m_pattern; }
     Piece const & piece() const { return m_piece; }
@@ -53,6 +68,9 @@ public:
 
     double leastDeterminant(std::span<geometry::Vec2 const> i_flat) const;
 
+    // The strain that a point has hardened with, in this step and those before it.
+    double hardeningStrain(std::size_t i_point, std::span<geometry::Vec2 const> i_flat) const;
+
     // X + factor * column-wise step.
     void move(std::span<double const> i_step, double i_factor, std::span<geometry::Vec2 const> i_from,
               std::vector<geometry::Vec2> & o_to) const;
@@ -65,8 +83,12 @@ private:
     {
         geometry::Vec2 row[4][2];
     };
+    // Forces of a point on its corners, in its frame; returns the stiffness t_f S k2, N/m.
+    double pointForces(std::size_t i_point, std::span<geometry::Vec2 const> i_flat, geometry::Vec2 * o_force) const;
     void addPointJacobian(std::size_t i_point, std::span<geometry::Vec2 const> i_flat, double i_secantShare,
                           std::vector<double> & io_values) const;
+    void addSteppedJacobian(std::size_t i_point, std::span<geometry::Vec2 const> i_flat,
+                            std::vector<double> & io_values) const;
     void addPadJacobian(std::span<geometry::Vec2 const> i_flat, std::vector<double> & io_values) const;
     void addPadForces(std::span<geometry::Vec2 const> i_flat, std::vector<geometry::Vec3> & io_outer) const;
 
@@ -77,6 +99,7 @@ private:
     std::vector<material::MembraneLaw> m_laws; // per material
     std::vector<PointRows> m_rows;             // per point
     std::vector<geometry::Vec3> m_constant;    // outer forces per node
+    std::vector<PointHistory> m_history;       // per point, or empty
     PadFriction m_pads;
     double m_loadFactor = 1.0;
     double m_forceFloor = 0.0;

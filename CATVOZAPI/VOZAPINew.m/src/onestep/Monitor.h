@@ -22,6 +22,9 @@ public:
         m_to = i_to;
     }
 
+    double from() const { return m_from; }
+    double to() const { return m_to; }
+
     // i_share: of the present range, 0 to 1. True: the caller wants to stop.
     bool report(double i_share);
     bool stopped() const { return m_stopped; }

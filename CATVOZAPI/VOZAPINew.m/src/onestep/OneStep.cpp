@@ -7,6 +7,7 @@
 #include "onestep/OneStep.h"
 
 #include "TextOf.h"
+#include "multistep/IntermediateShapes.h"
 #include "onestep/Partition.h"
 #include "onestep/PieceSolver.h"
 #include "onestep/PieceTuner.h"
@@ -22,6 +23,8 @@ using geometry::Vec2;
 
 namespace
 {
+
+constexpr double kPlainShare = 0.2; // of the progress, where more steps are asked for
 
 std::size_t at(int i)
 {
@@ -182,6 +185,19 @@ void logCost(PieceSolver & io_solver, Monitor const & i_monitor)
                          ", solves ", seconds(cost.solves), ")"));
 }
 
+// The plain solve, and upon it the further steps of the stroke, which take most of the time.
+Status solveInSteps(Problem const & i_problem, Settings const & i_settings, Monitor & io_monitor,
+                    PieceSolver & io_solver)
+{
+    double const from = io_monitor.from(), to = io_monitor.to(), middle = from + kPlainShare * (to - from);
+    io_monitor.setRange(from, middle);
+    Status const status = io_solver.solve();
+    if (status != Status::Converged && status != Status::Accepted)
+        return status;
+    io_monitor.setRange(middle, to);
+    return multistep::formInSteps(i_problem, i_settings, io_monitor, io_solver);
+}
+
 } // namespace
 
 Solution Solve(Problem const & i_problem, Settings const & i_settings, Progress const & i_progress)
@@ -218,7 +234,8 @@ Solution SolveTuned(Problem const & i_problem, Settings const & i_settings, Prog
         if (io_pTuner)
             io_pTuner->prepare(parts.pieces[i], parts.shift[i]);
         PieceSolver solver(i_problem, i_settings, parts.pieces[i], monitor);
-        Status const status = solver.solve(io_pTuner);
+        bool const inSteps = i_settings.steps > 1 && !io_pTuner;
+        Status const status = inSteps ? solveInSteps(i_problem, i_settings, monitor, solver) : solver.solve(io_pTuner);
         noteRun(solver, solution);
         if (status != Status::Converged && status != Status::Accepted)
         {

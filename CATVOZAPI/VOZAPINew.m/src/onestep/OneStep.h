@@ -75,6 +75,7 @@ struct Settings
     double theta = 0.9;        // thickness moderation begins at theta n
     double tolerance = 1.0e-8; // of the relative residual
     int maxSteps = 40;
+    int steps = 1; // of the stroke, 1 to 3: 1 is the plain solve, 2 and 3 go over intermediate shapes (multistep/)
 };
 
 struct LayerStrains // per integration point: e11, e22, gamma12 in the element's frame; see stride

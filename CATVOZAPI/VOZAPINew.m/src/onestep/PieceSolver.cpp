@@ -83,12 +83,27 @@ Status PieceSolver::solve(PieceTuner * io_pTuner)
         io_pTuner->tune(*this);
         m_outcome.stopped = m_monitor.stopped();
     }
+    place();
+    return judge();
+}
+
+Status PieceSolver::solveFrom(std::vector<Vec2> i_flat, std::vector<PointHistory> i_history)
+{
+    m_flat = std::move(i_flat);
+    m_warnings.clear();
+    buildSystem();
+    m_system->setHistory(std::move(i_history));
+    m_outcome = climbLadder(m_settings, *m_newton, *m_system, m_monitor, m_flat);
+    return judge();
+}
+
+void PieceSolver::place()
+{
     bool const pads = std::any_of(m_piece.padShear.begin(), m_piece.padShear.end(), [](double s) { return s != 0.0; });
     if (m_holding->count() == 3 && !pads)
         placeOverPart(m_piece, m_flat);
     else if (!pads)
         placeAlongFreeShift(m_piece, m_flat);
-    return judge();
 }
 
 bool PieceSolver::resolve(std::vector<geometry::Vec3> i_forces, std::vector<geometry::Vec2> i_from)

@@ -29,8 +29,14 @@ public:
     // asked for a stop; forces and flat are then what they were.
     bool resolve(std::vector<geometry::Vec3> i_forces, std::vector<geometry::Vec2> i_from);
 
+    // The same from a flat without folds that is near the answer, for material with a history (empty: without). The
+    // flat is not placed anew, so that directions in it keep their meaning.
+    Status solveFrom(std::vector<geometry::Vec2> i_flat, std::vector<PointHistory> i_history);
+    void place(); // lays the flat over the part where the constraints leave it free
+
     std::string const & message() const { return m_message; }
     std::vector<std::string> const & warnings() const { return m_warnings; }
+    void warn(std::string i_warning) { m_warnings.push_back(std::move(i_warning)); }
 
     std::vector<geometry::Vec2> const & flat() const { return m_flat; }
     LadderOutcome const & outcome() const { return m_outcome; }

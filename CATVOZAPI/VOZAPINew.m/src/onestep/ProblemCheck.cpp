@@ -155,7 +155,11 @@ std::string checkSettings(Problem const & i_problem, Settings const & i_settings
         return TextOf("tool friction is ", i_problem.toolFriction, "; expected zero or a positive number");
     bool const good = i_settings.kappa >= 0.0 && i_settings.theta >= 0.0 && i_settings.tolerance > 0.0 &&
                       i_settings.maxSteps > 0 && std::isfinite(i_settings.kappa) && std::isfinite(i_settings.theta);
-    return good ? std::string{} : "settings of the solver: a number is out of range";
+    if (!good)
+        return "settings of the solver: a number is out of range";
+    if (i_settings.steps < 1 || i_settings.steps > 3)
+        return TextOf("steps of the stroke: ", i_settings.steps, "; expected 1, 2 or 3");
+    return {};
 }
 
 } // namespace

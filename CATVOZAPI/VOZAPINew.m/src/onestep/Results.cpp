@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 
 namespace voz::onestep
 {
@@ -30,11 +31,31 @@ Curvature fromPrincipal(geometry::PrincipalCurvature const & i_principal)
             (i_principal.k1 - i_principal.k2) * s * c};
 }
 
-double equivalentStress(material::MembraneLaw const & i_law, Strain const & i_strain)
+// i_beyond: what earlier steps of the stroke hardened with beyond the total strain.
+double equivalentStress(material::MembraneLaw const & i_law, Strain const & i_strain, double i_beyond)
 {
     double const mean = 0.5 * (i_strain.e11 + i_strain.e22);
     double const radius = std::hypot(0.5 * (i_strain.e11 - i_strain.e22), 0.5 * i_strain.shear);
-    return i_law.curve().stress(i_law.equivalentStrain(mean + radius, mean - radius));
+    return i_law.curve().stress(i_law.equivalentStrain(mean + radius, mean - radius) + i_beyond);
+}
+
+// The force that passes between the nodes below a level and those above, greatest over all levels. Where a step turns
+// the stress about, contact forces of either sign stand side by side, whose sizes add up to nothing that the punch
+// feels.
+double forceThroughLevels(Piece const & i_piece, std::vector<Vec3> const & i_forces)
+{
+    std::vector<std::size_t> order(i_forces.size());
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    std::stable_sort(order.begin(), order.end(),
+                     [&](std::size_t a, std::size_t b)
+                     { return i_piece.mesh.position[a].z < i_piece.mesh.position[b].z; });
+    double sum = 0.0, greatest = 0.0;
+    for (std::size_t i = 0; i < order.size(); ++i)
+    {
+        sum += i_forces[order[i]].z;
+        greatest = std::max(greatest, std::abs(sum));
+    }
+    return greatest;
 }
 
 } // namespace
@@ -89,8 +110,9 @@ std::vector<PointResult> pointResults(MembraneSystem const & i_system, std::span
         result.mid = midStrain(strain);
         result.top = layerStrain(result.mid, curvature, 0.5 * sign * thickness);
         result.bottom = layerStrain(result.mid, curvature, -0.5 * sign * thickness);
-        result.stress = {equivalentStress(law, result.mid), equivalentStress(law, result.top),
-                         equivalentStress(law, result.bottom)};
+        double const beyond = i_system.hardeningStrain(q, i_flat) - law.equivalentStrain(strain.h1, strain.h2);
+        result.stress = {equivalentStress(law, result.mid, beyond), equivalentStress(law, result.top, beyond),
+                         equivalentStress(law, result.bottom, beyond)};
         for (Strain * const layer : {&result.mid, &result.top, &result.bottom})
             layer->shear *= sign; // e2 of a turned cell looks the other way
         results.push_back(result);
@@ -102,14 +124,18 @@ PieceSummary summarise(MembraneSystem const & i_system, std::span<Vec2 const> i_
 {
     Piece const & piece = i_system.piece();
     PieceSummary summary;
-    for (Vec3 const & force : i_system.nodeForces(i_flat))
+    std::vector<Vec3> const forces = i_system.nodeForces(i_flat);
+    for (Vec3 const & force : forces)
         summary.punchForce += 0.5 * std::abs(force.z);
+    if (i_system.hasHistory())
+        summary.punchForce = forceThroughLevels(piece, forces);
     double thinnest = 0.0;
-    for (IntegrationPoint const & point : piece.points.points)
+    for (std::size_t q = 0; q < piece.points.points.size(); ++q)
     {
+        IntegrationPoint const & point = piece.points.points[q];
         material::MembraneLaw const & law = i_system.law(point.cell);
         PointStrain const strain = evaluateStrain(inverseGradient(point, i_flat));
-        double const equivalent = law.equivalentStrain(strain.h1, strain.h2);
+        double const equivalent = i_system.hardeningStrain(q, i_flat);
         double const thinning = strain.h1 + strain.h2; // -h3
         summary.greatestStrain = std::max(summary.greatestStrain, equivalent);
         // the sheet's volume is that of the blank: A t = A0 t0

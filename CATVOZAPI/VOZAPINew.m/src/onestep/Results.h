@@ -36,7 +36,9 @@ std::vector<PointResult> pointResults(MembraneSystem const & i_system, std::span
 // The sums and extremes of a piece.
 struct PieceSummary
 {
-    double punchForce = 0.0;     // N: half the sum of |a3 . (F - Fext)|, since what pushes down equals what pushes up
+    // N: half the sum of |a3 . (F - Fext)|, since what pushes down equals what pushes up; after a stroke in steps the
+    // greatest force through a level
+    double punchForce = 0.0;
     double work = 0.0;           // J
     double greatestStrain = 0.0; // ebar
     int neckingPoints = 0;

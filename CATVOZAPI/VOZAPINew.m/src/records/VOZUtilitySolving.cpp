@@ -5,6 +5,7 @@
 #include "VOZUtilitySolving.h"
 
 #include "CATError.h"
+#include "HostSettings.h"
 #include "JobProblem.h"
 #include "JobResults.h"
 #include "RunFiles.h"
@@ -62,13 +63,16 @@ int Solve(VOZMultiStageSolverIOData_s & io_data, BinderUse i_use, VOZSolverAutoB
     std::optional<voz::autostrain::Task> task;
     if (i_pWanted)
         task = TaskOf(*i_pWanted, problem);
+    voz::onestep::Settings const settings = HostSettings();
+    if (task && settings.steps > 1)
+        io_files.Log("steps of the stroke: one, since strains are prescribed");
     bool const bBinder = i_use == BinderUse::Always ||
                          (i_use == BinderUse::WhereGiven && io_data.m_psBinderMesh && io_data.m_psBlankOnBinderMesh);
     auto const solvePart = [&](Progress const & progress)
     {
         voz::autostrain::Reached reached;
         return task ? voz::autostrain::solve(problem, {}, *task, progress, reached)
-                    : voz::onestep::Solve(problem, {}, progress);
+                    : voz::onestep::Solve(problem, settings, progress);
     };
     Progress const progress = i_caller.ProgressTo(io_files);
     TwoStages stages;

@@ -222,6 +222,11 @@ void ReadSolver(JobTable & io_root, Job & io_job)
     io_job.threads = table.Integer("threads", 0);
     if (io_job.threads < 0 || io_job.threads > 1024)
         table.Refuse("threads", "must be from 0 (as many as the process may use) to 1024");
+    io_job.steps = table.Integer("steps", 1);
+    if (io_job.steps < 1 || io_job.steps > 3)
+        table.Refuse("steps", "must be 1, 2 or 3");
+    if (io_job.steps > 1 && io_job.autoStrain)
+        table.Refuse("steps", "a job with [auto_strain] goes in one step");
     table.Finish();
 }
 

@@ -310,6 +310,7 @@ private:
     {
         Head("solver");
         Line("threads", std::to_string(mJob.threads));
+        Line("steps", std::to_string(mJob.steps));
         Head("output");
         if (!mJob.outputs.folder.empty())
             Line("folder", Path(mJob.outputs.folder));

@@ -153,7 +153,7 @@ void Form(Job const & i_job, JobModel const & i_model, Tipping const & i_tipping
                                  &i_process.friction, &i_process.fullHolder, &i_tipping.frame,
                                  i_job.toolFriction ? 1 : 0, 0, 0);
     RouteTask task(io_observer);
-    RouteHost const host(i_options.folder, i_options.folder);
+    RouteHost const host(i_options.folder, i_options.folder, i_job.steps);
     std::string const what = "the kernel could not form the part";
     Driven(what, i_options.folder, [&] { return solver.Run(&task); });
     Driven(what, i_options.folder, [&] { return solver.GetResults(o_layers.all.data()); });

@@ -123,7 +123,7 @@ SpringbackOutcome KernelSpringback(Job const & i_job, JobModel const & i_model, 
                                i_job.toolFriction ? 1 : 0, 0, 0);
     solver.SetDisplacements(reinterpret_cast<double const(*)[3]>(forming.data()));
     RouteTask task(io_observer);
-    RouteHost const host(i_folder, files);
+    RouteHost const host(i_folder, files, i_job.steps);
     Driven(what, files, [&] { return solver.Run(&task); });
 
     SpringbackOutcome springback;

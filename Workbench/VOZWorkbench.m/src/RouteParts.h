@@ -11,13 +11,14 @@
 namespace voz::workbench
 {
 
-// The host in force, with the route's folder for an install root, a folder for the kernel's files, and without a
-// document: the settings of the job are all that counts.
+// The host in force, with the route's folder for an install root, a folder for the kernel's files, the job's steps of
+// the stroke, and without a document: the settings of the job are all that counts.
 class RouteHost : public VOZHost
 {
 public:
-    RouteHost(std::string i_root, std::string i_files)
-        : mRoot(std::move(i_root)), mFiles(std::move(i_files)), mOuter(VOZHost::Current())
+    RouteHost(std::string i_root, std::string i_files, int i_steps)
+        : mRoot(std::move(i_root)), mFiles(std::move(i_files)), mSteps(std::to_string(i_steps)),
+          mOuter(VOZHost::Current())
     {
         Install(this);
     }
@@ -27,7 +28,10 @@ public:
 
     std::optional<std::string> EnvironmentValue(std::string const & i_name) override
     {
-        return i_name == "VOZDRAVO3D" ? mRoot : i_name == "CATTemp" ? mFiles : mOuter.EnvironmentValue(i_name);
+        return i_name == "VOZDRAVO3D"       ? mRoot
+               : i_name == "CATTemp"        ? mFiles
+               : i_name == "VOZStrokeSteps" ? mSteps
+                                            : mOuter.EnvironmentValue(i_name);
     }
     std::shared_ptr<VOZHostDocument> CurrentDocument() override { return nullptr; }
     void BrokenContract(std::string const & i_text, std::string const & i_file, int i_line) override
@@ -38,6 +42,7 @@ public:
 private:
     std::string mRoot;
     std::string mFiles;
+    std::string mSteps;
     VOZHost & mOuter;
 };
 

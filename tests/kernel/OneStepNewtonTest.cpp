@@ -70,7 +70,7 @@ TEST(OneStepNewton, ASheetThatTearsConvergesStraightAndSaysSo)
 
 TEST(OneStepNewton, TheDeepCupTakesNoMoreStepsOnAFinerMesh)
 {
-    for (int const k : {2, 6})
+    for (int const k : {1, 3})
     {
         SurfaceMesh const mesh = cup({}, k, Extent::Whole, Cells::Triangles);
         Problem problem = problemOf(mesh, mildSteel());

@@ -25,7 +25,7 @@ using testing::HasSubstr;
 constexpr double kIdentity[9] = {1.0, 0.0, 0.0, 0.0, 1.0, 0.0, 0.0, 0.0, 1.0};
 constexpr double kOrigin[3] = {0.0, 0.0, 0.0};
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-constexpr double kUntouched = -7.0;
+constexpr double kLeftAlone = -7.0;
 
 // A solved patch of a cylinder as a springback driver hands it over: the part, and the part moved to the flat.
 struct Spring
@@ -37,7 +37,7 @@ struct Spring
         part.reset(partOf(surface));
         flat.reset(partOf(surface));
         std::copy_n(job.blank->m_padNodalCoords, 3 * surface.nodes.size(), flat->m_padNodalCoords);
-        shape.assign(3 * surface.nodes.size(), kUntouched);
+        shape.assign(3 * surface.nodes.size(), kLeftAlone);
     }
 
     int run()
@@ -56,7 +56,7 @@ struct Spring
         }
         catch (CATError const & raised)
         {
-            EXPECT_TRUE(std::ranges::all_of(shape, [](double x) { return x == kUntouched; }));
+            EXPECT_TRUE(std::ranges::all_of(shape, [](double x) { return x == kLeftAlone; }));
             return raised.Message();
         }
         return "solved";
@@ -204,9 +204,9 @@ TEST(SpringbackDoor, ElementsOfStatusOneCarryNothing)
     ASSERT_EQ(trimmed.run(), 0);
     EXPECT_NE(plain.shape, trimmed.shape);
     std::fill_n(status, elements, 1);
-    trimmed.shape.assign(trimmed.shape.size(), kUntouched);
+    trimmed.shape.assign(trimmed.shape.size(), kLeftAlone);
     EXPECT_EQ(trimmed.run(), VOZSolverSpringback::Failed);
-    EXPECT_EQ(trimmed.shape[0], kUntouched);
+    EXPECT_EQ(trimmed.shape[0], kLeftAlone);
 }
 
 TEST(SpringbackDoor, StopFunctionAndCallbackEndTheRunAtEachStep)
@@ -229,7 +229,7 @@ TEST(SpringbackDoor, StopFunctionAndCallbackEndTheRunAtEachStep)
     ASSERT_EQ(spring.run(), VOZSolverSpringback::Done);
     EXPECT_EQ(counter.last, 100.0);
     int const calls = counter.calls;
-    spring.shape.assign(spring.shape.size(), kUntouched);
+    spring.shape.assign(spring.shape.size(), kLeftAlone);
     for (int i = 0; i < calls; ++i)
     {
         counter = {0, i, 0.0};
@@ -239,7 +239,7 @@ TEST(SpringbackDoor, StopFunctionAndCallbackEndTheRunAtEachStep)
     spring.callback = nullptr;
     spring.stop = [] { return 1; };
     EXPECT_EQ(spring.run(), VOZSolverSpringback::Stopped);
-    EXPECT_EQ(spring.shape[0], kUntouched);
+    EXPECT_EQ(spring.shape[0], kLeftAlone);
 }
 
 TEST(SpringbackDoor, RefusesRecordsThatCannotBeRead)
@@ -339,7 +339,7 @@ TEST(SpringbackDoor, AStageKeepsItsPlanesOfSymmetry)
     SurfaceMesh const quarter = cup({}, 1, Extent::Quarter, Cells::Triangles);
     Job job = jobOf(quarter);
     quarterSymmetry(job, quarter);
-    std::vector<double> shape(3 * quarter.nodes.size(), kUntouched);
+    std::vector<double> shape(3 * quarter.nodes.size(), kLeftAlone);
     ASSERT_EQ(VOZUtilitySolving::Evaluate(job.data.get(), nullptr, nullptr, nullptr), 0);
     ASSERT_EQ(VOZSolverSpringback::UnfoldStage(job.data.get(), nullptr, nullptr, nullptr, nullptr, shape.data()), 0);
     double move = 0.0;

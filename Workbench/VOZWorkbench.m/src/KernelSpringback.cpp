@@ -8,7 +8,6 @@
 #include "Result.h"
 #include "RouteParts.h"
 #include "SpringbackModel.h"
-#if __has_include("VOZSolverSpringBacks.h")
 #include "VOZSolverSpringBacks.h"
 
 #include <algorithm>
@@ -145,12 +144,3 @@ SpringbackOutcome KernelSpringback(Job const & i_job, JobModel const & i_model, 
 }
 
 } // namespace voz::workbench
-
-#else
-
-voz::workbench::SpringbackOutcome voz::workbench::KernelSpringback(Job const &, JobModel const &, Outcome const &,
-                                                                   std::string const &, RunObserver &)
-{
-    throw SolverError("the library of this build has no springback driver");
-}
-#endif

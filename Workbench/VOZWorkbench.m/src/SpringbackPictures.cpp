@@ -44,8 +44,9 @@ public:
         double const length = std::sqrt(Dot(up, up));
         for (std::size_t c = 0; c < 3; ++c)
             mUp[c] = up[c] / length;
-        mAcross = {mUp[1] * mNormal[2] - mUp[2] * mNormal[1], mUp[2] * mNormal[0] - mUp[0] * mNormal[2],
-                   mUp[0] * mNormal[1] - mUp[1] * mNormal[0]};
+        // Seen along the normal.
+        mAcross = {mNormal[1] * mUp[2] - mNormal[2] * mUp[1], mNormal[2] * mUp[0] - mNormal[0] * mUp[2],
+                   mNormal[0] * mUp[1] - mNormal[1] * mUp[0]};
     }
 
     std::vector<Cut> Cuts() const

@@ -74,9 +74,11 @@ SurfaceMesh vBend(VBend const & bend, double width, int strips, Cells cells)
     double const x = bend.leg * std::cos(half) + bend.radius * std::sin(half);
     double const z = bend.leg * std::sin(half) + bend.radius * (1.0 - std::cos(half));
     Profile const profile = Profile({-x, z}, -half)
-                                .line(bend.leg, bend.rowsLeg)
+                                .line(bend.leg - bend.near, bend.rowsFar)
+                                .line(bend.near, bend.rowsNear)
                                 .arc(bend.radius, bend.turn, bend.rowsArc)
-                                .line(bend.leg, bend.rowsLeg);
+                                .line(bend.near, bend.rowsNear)
+                                .line(bend.leg - bend.near, bend.rowsFar);
     return extrude(profile, width, strips, cells);
 }
 

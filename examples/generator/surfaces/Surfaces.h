@@ -113,8 +113,10 @@ struct VBend
     double leg = 40.0;
     double radius = 10.0;             // of the mid-surface
     double turn = 1.5707963267948966; // of the arc: what the legs enclose is its supplement
-    int rowsLeg = 12;
-    int rowsArc = 24;
+    double near = 4.0;                // of each leg, beside the arc: in elements as short as the arc's
+    int rowsFar = 9;
+    int rowsNear = 16;
+    int rowsArc = 64;
 };
 
 SurfaceMesh vBend(VBend const & bend, double width, int strips, Cells cells);

@@ -45,20 +45,16 @@ private:
 
 void store(std::string_view key, Entry const & entry, SolverSettings & o_settings)
 {
-    constexpr int kMostThreads = 1024;
     if (key == "YoungsModulus")
         o_settings.youngsModulus = entry.Real(1.0e9, 1.0e12, "pascals, 1e9 to 1e12");
     else if (key == "PoissonsRatio")
         o_settings.poissonsRatio = entry.Real(0.0, 0.499, "0 to 0.499");
     else if (key == "ToolFriction")
         o_settings.toolFriction = entry.Int(0, 1) != 0;
-    else if (key == "Threads")
-        o_settings.threads = entry.Int(0, kMostThreads);
     else if (key == "Steps")
         o_settings.steps = entry.Int(1, 3);
     else
-        entry.Fail("unknown key " + Quoted(key) +
-                   "; expected YoungsModulus, PoissonsRatio, ToolFriction, Threads or Steps");
+        entry.Fail("unknown key " + Quoted(key) + "; expected YoungsModulus, PoissonsRatio, ToolFriction or Steps");
 }
 } // namespace
 

@@ -18,7 +18,6 @@ struct SolverSettings
     double youngsModulus = 210.0e9; // Pa
     double poissonsRatio = 0.3;
     std::optional<bool> toolFriction; // not set: the deck's control flag says
-    int threads = 0;                  // 0: the solver chooses
     std::optional<int> steps;         // of the stroke, 1 to 3; not set: VOZStrokeSteps of the environment
 };
 

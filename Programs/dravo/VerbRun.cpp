@@ -22,7 +22,6 @@ struct RunArguments
     std::string route = kKernelRoute;
     std::string out;
     std::string solver;
-    int threads = 0;
     bool isJson = false;
     bool isQuiet = false;
     bool isVerbose = false;
@@ -48,7 +47,6 @@ int Run(RunArguments const & i_arguments)
     options.out = i_arguments.out;
     options.route = i_arguments.route;
     options.solver = i_arguments.solver;
-    options.threads = i_arguments.threads;
     options.isSolverSilent = !console.HasBar();
     options.areTimesKept = i_arguments.areTimesKept;
     options.command = "dravo run " + i_arguments.job;
@@ -183,7 +181,6 @@ void AddRun(CLI::App & io_app, Action & io_action)
     AddJob(*verb, *arguments);
     AddTalk(*verb, *arguments);
     AddRoute(*verb, *arguments);
-    verb->add_option("--threads", arguments->threads, "Threads of the solver")->check(CLI::Range(1, 1024));
     verb->add_flag("--times", arguments->areTimesKept, "Keep the time of each stage in report and summary");
     verb->footer("Example: dravo run examples/square_cup/job.toml --out results --json");
     verb->callback(

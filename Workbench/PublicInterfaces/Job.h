@@ -186,8 +186,7 @@ struct Job
     std::optional<JobSpringback> springback;
     JobLimits limits;
     JobOutputs outputs;
-    int threads = 0; // 0: as many as the process may use
-    int steps = 1;   // of the stroke, 1 to 3; 1: one step from the flat to the part
+    int steps = 1; // of the stroke, 1 to 3; 1: one step from the flat to the part
 
     std::vector<OutcomeParameter> parameters; // every value, in the order of the file's description
     std::vector<OutcomeInput> lockedInputs;   // of a locked job: what the inputs were

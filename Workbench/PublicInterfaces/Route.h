@@ -55,7 +55,6 @@ public:
 struct RouteOptions
 {
     std::string folder;         // absolute, exists; the route's own
-    int threads = 0;            // 0: as many as the process may use
     bool isSolverSilent = true; // what a solver program says on standard error goes to its log, too
 };
 

@@ -23,7 +23,6 @@ struct RunOptions
     std::string out; // where the numbered folder is made; empty: as the job says, else "out"
     std::string route = kKernelRoute;
     std::string solver;         // path of the solver program of the file route; empty: see FindSolverProgram
-    int threads = 0;            // 0: as the job says
     bool isSolverSilent = true; // see RouteOptions
     bool areTimesKept = false;  // in report and summary; without them the same input gives the same bytes
     std::string command;        // to repeat the run

@@ -430,16 +430,14 @@ TEST(SolverSettings, HaveDefaultsWithoutAFile)
     EXPECT_EQ(settings.youngsModulus, 210.0e9);
     EXPECT_EQ(settings.poissonsRatio, 0.3);
     EXPECT_FALSE(settings.toolFriction.has_value());
-    EXPECT_EQ(settings.threads, 0);
     EXPECT_FALSE(settings.steps.has_value());
     EXPECT_THROW(ReadSettings("."), DeckError);
 }
 
 TEST(SolverSettings, GoIntoTheRecords)
 {
-    SolverSettings const settings = ParseSettings(
-        "solver.cfg", "# aluminium\nYoungsModulus=70e9\r\nPoissonsRatio=0.33\n\nToolFriction=0\nThreads=2\nSteps=3");
-    EXPECT_EQ(settings.threads, 2);
+    SolverSettings const settings =
+        ParseSettings("solver.cfg", "# aluminium\nYoungsModulus=70e9\r\nPoissonsRatio=0.33\n\nToolFriction=0\nSteps=3");
     EXPECT_EQ(settings.steps, 3);
     auto const data = MakeRecords(parsed("plain"), settings);
     EXPECT_EQ(data->m_pasMaterialProperties[1].m_dYoungsModulus, 70.0e9);
@@ -462,14 +460,13 @@ TEST(SolverSettings, AreRefusedWithFileLineAndWhatWasExpected)
         return {};
     };
     EXPECT_EQ(message("\nYoung=1\n"), "solver.cfg:2: unknown key \"Young\"; expected YoungsModulus, PoissonsRatio, "
-                                      "ToolFriction, Threads or Steps");
+                                      "ToolFriction or Steps");
     EXPECT_EQ(message("YoungsModulus=210\n"), "solver.cfg:1: YoungsModulus is 210; expected pascals, 1e9 to 1e12");
     EXPECT_EQ(message("PoissonsRatio=0.5"), "solver.cfg:1: PoissonsRatio is 0.5; expected 0 to 0.499");
     EXPECT_THAT(message("PoissonsRatio=nan"), HasSubstr("expected a finite number"));
     EXPECT_THAT(message("ToolFriction=yes"), HasSubstr("solver.cfg:1: ToolFriction (field 1) is \"yes\""));
     EXPECT_THAT(message("ToolFriction="), HasSubstr("ToolFriction has 0 fields; expected 1"));
-    EXPECT_THAT(message("Threads=-1"), HasSubstr("from 0 to 1024"));
     EXPECT_THAT(message("Steps=4"), HasSubstr("from 1 to 3"));
-    EXPECT_THAT(message("Threads 1"), HasSubstr("expected key=value"));
-    EXPECT_THAT(message("Threads=1\nThreads=1"), HasSubstr("solver.cfg:2: the key \"Threads\" comes a second time"));
+    EXPECT_THAT(message("Steps 1"), HasSubstr("expected key=value"));
+    EXPECT_THAT(message("Steps=1\nSteps=1"), HasSubstr("solver.cfg:2: the key \"Steps\" comes a second time"));
 }

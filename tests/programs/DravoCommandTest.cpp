@@ -105,15 +105,15 @@ TEST_F(DravoCommand, RunAsJsonIsOneDocumentWithUnitsInItsKeys)
     EXPECT_FALSE(std::filesystem::exists(Path("out/bump-001/report.html"))) << "not asked for";
 }
 
-TEST_F(DravoCommand, TheSameInputGivesTheSameBytesWhateverTheThreads)
+TEST_F(DravoCommand, TheSameInputGivesTheSameBytes)
 {
     MakeJob();
-    ASSERT_EQ(Dravo("run bump.toml --out a --threads 1").code, 0);
-    ASSERT_EQ(Dravo("run bump.toml --out b --threads 2").code, 0);
+    ASSERT_EQ(Dravo("run bump.toml --out a").code, 0);
+    ASSERT_EQ(Dravo("run bump.toml --out b").code, 0);
     for (char const * const name : {"summary.json", "blank.dxf", "part.vtu", "report.html", "solver/sum.log"})
         EXPECT_EQ(ReadBack(Path("a/bump-001/") + name), ReadBack(Path("b/bump-001/") + name)) << name;
-    ASSERT_EQ(Dravo("run bump.toml --route file --out a --threads 1").code, 0);
-    ASSERT_EQ(Dravo("run bump.toml --route file --out b --threads 2").code, 0);
+    ASSERT_EQ(Dravo("run bump.toml --route file --out a").code, 0);
+    ASSERT_EQ(Dravo("run bump.toml --route file --out b").code, 0);
     for (char const * const name : {"summary.json", "blank.dxf", "part.vtu", "report.html", "solver/deck.fpo"})
         EXPECT_EQ(ReadBack(Path("a/bump-002/") + name), ReadBack(Path("b/bump-002/") + name)) << name;
 }
@@ -283,11 +283,10 @@ TEST_F(DravoCommand, StrictMakesAWarningCount)
 TEST_F(DravoCommand, WrongUseIsTwo)
 {
     for (char const * const arguments :
-         {"", "frobnicate", "run", "run --no-such-option x", "run x --route tube", "run x --threads 0",
-          "run x --quiet --verbose", "inspect x --die-line 0 1", "inspect x --die-line 0 0 0",
-          "inspect x --die-line nan 0 1", "inspect x --tolerance nan", "inspect x --tolerance -1",
-          "inspect x --symmetry zx", "convert only_one", "convert a.bdf b.unknown", "convert a.bdf b.bdf.gz",
-          "run x --solver y", "check x --route tube"})
+         {"", "frobnicate", "run", "run --no-such-option x", "run x --route tube", "run x --quiet --verbose",
+          "inspect x --die-line 0 1", "inspect x --die-line 0 0 0", "inspect x --die-line nan 0 1",
+          "inspect x --tolerance nan", "inspect x --tolerance -1", "inspect x --symmetry zx", "convert only_one",
+          "convert a.bdf b.unknown", "convert a.bdf b.bdf.gz", "run x --solver y", "check x --route tube"})
     {
         Ran const ran = Dravo(arguments);
         EXPECT_EQ(ran.code, 2) << arguments;

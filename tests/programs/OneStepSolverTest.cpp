@@ -408,7 +408,7 @@ TEST_F(OneStepSolver, TakesWhatTheDeckLacksFromSolverCfg)
     writeCup();
     ASSERT_EQ(start("-pfpi deck.fpi").code, 0);
     std::string const steel = readFile("deck.fpo");
-    writeFile("solver.cfg", "YoungsModulus=210e9\nPoissonsRatio=0.3\nToolFriction=0\nThreads=1\n");
+    writeFile("solver.cfg", "YoungsModulus=210e9\nPoissonsRatio=0.3\nToolFriction=0\n");
     ASSERT_EQ(start("-pfpi deck.fpi -sd .").code, 0);
     EXPECT_EQ(readFile("deck.fpo"), steel);
     writeFile("solver.cfg", "YoungsModulus=70e9\n");

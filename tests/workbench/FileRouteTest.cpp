@@ -163,7 +163,7 @@ TEST_F(FileRouteTest, LeavesTheFilesOfTheRunAndNoAddressInTheLog)
     Run(Leaving(Output()));
     EXPECT_TRUE(Holds(ReadBack("deck.fpi"), "block XXXIII"));
     EXPECT_TRUE(Holds(ReadBack("config.cfg"), "ThinningLimit=-0.28768207245178"));
-    EXPECT_EQ(ReadBack("solver.cfg"), "YoungsModulus=2.1e+11\nPoissonsRatio=0.3\nToolFriction=0\nThreads=0\nSteps=1\n");
+    EXPECT_EQ(ReadBack("solver.cfg"), "YoungsModulus=2.1e+11\nPoissonsRatio=0.3\nToolFriction=0\nSteps=1\n");
     EXPECT_EQ(ReadBack("solver.log"), "");
     EXPECT_FALSE(std::filesystem::exists(Folder() + "/solver/solver.raw"));
 }

@@ -161,7 +161,7 @@ TEST_F(JobTest, AWrongTypeIsRefused)
     EXPECT_THAT(RefusalWith("[friction]\ncoefficient = \"low\"\n"),
                 HasSubstr("must be a number, not the text \"low\""));
     EXPECT_THAT(RefusalWith("[friction]\ntools = 1\n"), HasSubstr("must be true or false, not a number"));
-    EXPECT_THAT(RefusalWith("[solver]\nthreads = 1.5\n"), HasSubstr("must be a whole number"));
+    EXPECT_THAT(RefusalWith("[solver]\nsteps = 1.5\n"), HasSubstr("must be a whole number"));
     EXPECT_THAT(RefusalWith("[solver]\nsteps = 4\n"), HasSubstr("must be 1, 2 or 3"));
     EXPECT_THAT(RefusalWith("friction = 1\n"), HasSubstr("friction"));
     EXPECT_THAT(RefusalWith("[bead]\nforce = \"1 N/mm\"\npoints_mm = [1, 2]\n"), HasSubstr("points of three numbers"));

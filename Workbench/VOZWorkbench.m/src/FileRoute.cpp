@@ -37,12 +37,11 @@ constexpr char const * kRawLog = "solver.raw";
 constexpr char const * kLog = "solver.log";
 constexpr char const * kDeckEnd = "0 0 0 1 \n************************\n"; // the last row and separator of every deck
 
-std::string SolverSettings(Job const & i_job, int i_threads)
+std::string SolverSettings(Job const & i_job)
 {
     JobMaterial const & material = i_job.materials.front();
     return "YoungsModulus=" + Shortest(material.modulus * 1e6) + "\nPoissonsRatio=" + Shortest(material.poisson) +
-           "\nToolFriction=" + (i_job.toolFriction ? "1" : "0") + "\nThreads=" + std::to_string(i_threads) +
-           "\nSteps=" + std::to_string(i_job.steps) + "\n";
+           "\nToolFriction=" + (i_job.toolFriction ? "1" : "0") + "\nSteps=" + std::to_string(i_job.steps) + "\n";
 }
 
 // Solver::write answers for the opening of the file alone; a full disk shows in what stands there.
@@ -225,7 +224,7 @@ Outcome RunFileRoute(Job const & i_job, JobModel const & i_model, FileRouteOptio
 
     io_observer.Enter("deck");
     WriteText(InFolder(i_options.folder, kConfiguration), ConfigurationText(i_job.limits));
-    WriteText(InFolder(i_options.folder, "solver.cfg"), SolverSettings(i_job, i_options.threads));
+    WriteText(InFolder(i_options.folder, "solver.cfg"), SolverSettings(i_job));
     RouteHost const host(i_options.folder, i_options.folder, i_job.steps);
     std::string folder = i_options.folder;
     Solver solver(mesh, process.material, process.property, tipping.symmetry, process.friction, process.fullHolder,

@@ -219,9 +219,6 @@ void ReadOutputs(JobTable & io_root, Job & io_job)
 void ReadSolver(JobTable & io_root, Job & io_job)
 {
     JobTable table = io_root.Table("solver");
-    io_job.threads = table.Integer("threads", 0);
-    if (io_job.threads < 0 || io_job.threads > 1024)
-        table.Refuse("threads", "must be from 0 (as many as the process may use) to 1024");
     io_job.steps = table.Integer("steps", 1);
     if (io_job.steps < 1 || io_job.steps > 3)
         table.Refuse("steps", "must be 1, 2 or 3");

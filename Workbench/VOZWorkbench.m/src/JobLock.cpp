@@ -309,7 +309,6 @@ private:
     void Outputs()
     {
         Head("solver");
-        Line("threads", std::to_string(mJob.threads));
         Line("steps", std::to_string(mJob.steps));
         Head("output");
         if (!mJob.outputs.folder.empty())

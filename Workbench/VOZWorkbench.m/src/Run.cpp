@@ -187,7 +187,6 @@ void RunInFolder(Job const & i_job, RunOptions const & i_options, Route const & 
     StageClock clock(io_observer, stages);
     RouteOptions route;
     route.folder = (fs::path(io_record.folder) / kSolverFolder).string();
-    route.threads = i_options.threads > 0 ? i_options.threads : i_job.threads;
     route.isSolverSilent = i_options.isSolverSilent;
     Outcome & outcome = io_record.outcome;
     outcome = i_route.Run(i_job, i_model, route, clock);

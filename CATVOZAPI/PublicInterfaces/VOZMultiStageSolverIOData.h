@@ -26,7 +26,8 @@ struct ExportedByVOZAPINew VOZSolverStage_s
 
     void SetPartMeshData(VOZMesh_s * i_psMesh);
     void SetBlankMeshData(VOZMesh_s * i_psMesh); // same topology as the part; a solve writes its coordinates
-    void SetLocalCS(double const * i_padRows, double const * i_padOrigin); // 3 rows of 3, and 3: copied
+    // 3 rows of 3, and 3: copied. A null leaves what stands.
+    void SetLocalCS(double const * i_padRows, double const * i_padOrigin);
     void SetBCData(VOZSolverBCData_s * i_psBCData);
     void SetFormingResult(VOZFormingResult_s * i_psResult);
 

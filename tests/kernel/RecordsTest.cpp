@@ -232,6 +232,9 @@ TEST(KernelRecords, TheFrameIsCopied)
     EXPECT_EQ(stage.m_adLocalCS[3], -1.0);
     EXPECT_EQ(stage.m_adOrigin[0], 1.0);
     EXPECT_EQ(stage.m_adOrigin[2], 3.0);
+    stage.SetLocalCS(nullptr, nullptr);
+    EXPECT_EQ(stage.m_adLocalCS[3], -1.0);
+    EXPECT_EQ(stage.m_adOrigin[2], 3.0);
 }
 
 TEST(KernelRecords, NamesAreCopiedAndANullNameClearsThem)

@@ -70,7 +70,7 @@ bool LevelSearch::tryLevel(Pair const & i_level)
 
 double LevelSearch::bounded(double i_from, double i_to) const
 {
-    double const high = i_from > 0.0 ? 2.0 * i_from : m_scale;
+    double const high = std::max(2.0 * i_from, m_scale);
     return std::clamp(i_to, i_to > 0.0 ? 0.5 * i_from : 0.0, high);
 }
 
@@ -152,7 +152,7 @@ bool LevelSearch::stepTwo(Sample const & i_sample)
     for (std::size_t i = 0; i < 2; ++i)
     {
         if (step[i] > 0.0)
-            factor = std::min(factor, (s[i] > 0.0 ? s[i] : m_scale) / step[i]);
+            factor = std::min(factor, std::max(s[i], m_scale - s[i]) / step[i]);
         else if (step[i] < 0.0)
             factor = std::min(factor, (s[i] + step[i] < 0.0 ? 1.0 : 0.5) * s[i] / -step[i]);
     }

@@ -1,9 +1,10 @@
 // LevelSearch.h: the levels of restraint at which one or two strains come to given values.
 //
-// Newton's method with the slopes that the caller measures. A step at most doubles a level and halves it, or goes to
-// zero where it would fall below. A single strain grows with its level: what was too little and what was too much close
-// in on the answer, and a step that leaves them halves the gap. Two strains: a level that would fall below zero stays
-// there while the other one does what it can; a step that makes things worse is halved. Knows no mesh.
+// Newton's method with the slopes that the caller measures. A step at most doubles a level (one that is below the
+// scale it may bring there) and halves it, or goes to zero where it would fall below. A single strain grows with its
+// level: what was too little and what was too much close in on the answer, and a step that leaves them halves the gap.
+// Two strains: a level that would fall below zero stays there while the other one does what it can; a step that makes
+// things worse is halved. Knows no mesh.
 
 #ifndef LEVELSEARCH_H
 #define LEVELSEARCH_H
@@ -28,7 +29,7 @@ struct Sample
 class LevelSearch
 {
 public:
-    // i_scale: a level by which a search may leave zero, N/m.
+    // i_scale: a level by which a search may leave zero, or next to nothing, N/m.
     LevelSearch(int i_count, Pair i_wanted, double i_scale);
 
     // Takes what a level gave. False: the search is over; else nextLevel() is to be tried.

@@ -156,11 +156,12 @@ FlatImage::FlatImage(std::vector<Part> i_parts)
 void FlatImage::addPart(Part const & i_part)
 {
     std::vector<int> faceOf(i_part.mesh.cells.size(), -1);
+    std::vector<Vec2> outline;
     for (std::size_t c = 0; c < faceOf.size(); ++c)
     {
         Cell const & cell = i_part.mesh.cells[c];
         Face face{cell.count, {}, {}};
-        std::vector<Vec2> outline;
+        outline.clear();
         for (int k = 0; k < cell.count; ++k)
         {
             face.x[at(k)] = i_part.mesh.position[at(cell.node[at(k)])];

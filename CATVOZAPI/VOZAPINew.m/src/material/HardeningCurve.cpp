@@ -2,10 +2,9 @@
 //
 // 1. Base s(e): K (e0 + e)^n with e0 = (yield/K)^(1/n), or a monotone cubic through the points of a table
 //    (F. N. Fritsch, R. E. Carlson, SIAM J. Numer. Anal. 17 (1980) 238) and a power law beyond the last one.
-// 2. Floor: with H = s'/s, d(ln s)/de = max(H, kappa tanh e). Both branches have closed forms, s = c s_base and s = c
-// (cosh e)^kappa,
-//    so only the crossings are searched for. The form comes from the limit n = h tanh h of plane strain: J. W.
-//    Hutchinson, V. Tvergaard, Int. J. Solids Struct. 17 (1981) 451.
+// 2. Floor: with H = s'/s, d(ln s)/de = max(H, kappa tanh e). Both branches have closed forms, s = c s_base and
+//    s = c (cosh e)^kappa, so only the crossings are searched for. The form comes from the limit n = h tanh h of plane
+//    strain: J. W. Hutchinson, V. Tvergaard, Int. J. Solids Struct. 17 (1981) 451.
 // 3. Elastic line by a smooth minimum of order 4:  q = (E e/s)^4,  S = E (1+q)^(-1/4),
 //    Et = S/(1+q) + S e q/(1+q) s'/s.  S is not divided by e, so the origin needs no care unless s(0) = 0.
 

@@ -26,8 +26,10 @@ void VOZMultiStageSolver::OpenLogFile(unsigned short const * i_strSummaryName, u
     std::size_t const dot = name.rfind(static_cast<unsigned short>('.'));
     if (dot != std::basic_string<unsigned short>::npos && dot > 0)
         name.resize(dot);
-    for (char letter : {'.', 'l', 'o', 'g'})
-        name.push_back(static_cast<unsigned short>(letter));
+    do // a summary of that very name must not lie over the log
+        for (char letter : {'.', 'l', 'o', 'g'})
+            name.push_back(static_cast<unsigned short>(letter));
+    while (name == i_strSummaryName);
 
     o_pLog = VOZOpenFile(PathInFolder(i_strFolder, name.c_str()).c_str(), "wb");
     if (o_pLog)

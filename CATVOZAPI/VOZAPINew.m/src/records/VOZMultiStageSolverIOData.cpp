@@ -66,8 +66,10 @@ void VOZSolverStage_s::SetBlankMeshData(VOZMesh_s * i_psMesh)
 
 void VOZSolverStage_s::SetLocalCS(double const * i_padRows, double const * i_padOrigin)
 {
-    std::copy(i_padRows, i_padRows + 9, m_adLocalCS);
-    std::copy(i_padOrigin, i_padOrigin + 3, m_adOrigin);
+    if (i_padRows)
+        std::copy(i_padRows, i_padRows + 9, m_adLocalCS);
+    if (i_padOrigin)
+        std::copy(i_padOrigin, i_padOrigin + 3, m_adOrigin);
 }
 
 void VOZSolverStage_s::SetBCData(VOZSolverBCData_s * i_psBCData)

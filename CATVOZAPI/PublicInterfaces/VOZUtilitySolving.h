@@ -26,8 +26,8 @@ public:
     // failure.
     //
     // Records that cannot be solved, and a solve that fails, raise a CATError whose text says what was found, where
-    // (element, node, record) and what was expected. The stage is then without a forming result: arrays null, punch
-    // force 0, the blank mesh as it came.
+    // (element, node, record) and what was expected; so does a want of memory. The stage is then without a forming
+    // result: arrays null, punch force 0, the blank mesh as it came.
     static int Evaluate(VOZMultiStageSolverIOData_s * io_psData, VOZProgressCallback i_callback, void * i_pTask,
                         void * i_pReserved);
 
@@ -45,8 +45,8 @@ public:
     // The same with the restraint that brings the major log strain of the mid layer at one or two nodes to given
     // values, to 1e-4. It acts along the edges of the job's holders, whatever their force, or, without any, along all
     // free edges but those in planes of symmetry; the holders' mean force is the first guess. Where the strains cannot
-    // be had the nearest that was reached stands, and log and summary say so. Neither node set: as Evaluate. A job with
-    // a binder gets the blank on it, too.
+    // be had the nearest that was reached stands. Log and summary tell levels and strains, and whether they were met.
+    // Neither node set: as Evaluate. A job with a binder gets the blank on it, too.
     static int EvaluateAutoStrain(VOZMultiStageSolverIOData_s * io_psData, VOZSolverAutoBC_s const * i_psWanted,
                                   VOZProgressCallback i_callback, void * i_pTask, void * i_pReserved);
 };

@@ -1,12 +1,8 @@
 // AutoStrainTest.cpp: the restraint that brings strains to given values.
 
 #include "autostrain/AutoStrain.h"
-#include "CATError.h"
-#include "JobFixture.h"
+#include "NodeAt.h"
 #include "OneStepMeshes.h"
-#include "VOZSolverAutoBC.h"
-#include "VOZUtilitySolving.h"
-#include "autostrain/LevelSearch.h"
 #include "autostrain/NodeStrain.h"
 #include "onestep/Partition.h"
 
@@ -21,10 +17,7 @@ namespace
 using namespace voz::examples;
 using namespace onesteptest;
 using testing::HasSubstr;
-using voz::autostrain::LevelSearch;
-using voz::autostrain::Pair;
 using voz::autostrain::Reached;
-using voz::autostrain::Sample;
 using voz::autostrain::Task;
 using voz::onestep::Solution;
 using voz::onestep::Status;
@@ -78,140 +71,6 @@ double majorAt(Problem const & problem, Solution const & solution, int node)
         sum += a * principal(solution, e * at(solution.stride)).major;
     }
     return sum / area;
-}
-
-int nodeAt(Problem const & problem, double x, double y) // mm
-{
-    int nearest = 0;
-    auto const distance = [&](int i)
-    { return std::hypot(problem.nodes[at(i)][0] - 0.001 * x, problem.nodes[at(i)][1] - 0.001 * y); };
-    for (int i = 1; i < static_cast<int>(problem.nodes.size()); ++i)
-        if (distance(i) < distance(nearest))
-            nearest = i;
-    return nearest;
-}
-
-// --- The search alone ------------------------------------------------------------------------------------------------
-
-using Law = std::function<Pair(Pair)>;
-
-Sample sampleOf(Law const & law, Pair level, bool slopes)
-{
-    Sample sample;
-    sample.level = level;
-    sample.value = law(level);
-    sample.hasSlope = slopes;
-    for (std::size_t j = 0; j < 2 && slopes; ++j)
-    {
-        Pair high = level, low = level;
-        high[j] += 1e-4;
-        low[j] -= 1e-4;
-        for (std::size_t i = 0; i < 2; ++i)
-            sample.slope[i][j] = (law(high)[i] - law(low)[i]) / 2e-4;
-    }
-    return sample;
-}
-
-LevelSearch searched(Law const & law, int count, Pair wanted, Pair first, bool slopes = true, double noneAbove = 1e9)
-{
-    LevelSearch search(count, wanted, 1.0);
-    Pair before = first;
-    bool goesOn = search.accept(sampleOf(law, first, slopes));
-    while (goesOn)
-    {
-        Pair const level = search.nextLevel();
-        for (int i = 0; i < count; ++i)
-        {
-            EXPECT_GE(level[at(i)], 0.0);
-            EXPECT_LE(level[at(i)], std::max(2.0 * before[at(i)], 1.0) + 1e-12);
-        }
-        if (level[0] > noneAbove)
-        {
-            goesOn = search.reject();
-            continue;
-        }
-        before = level;
-        goesOn = search.accept(sampleOf(law, level, slopes));
-    }
-    EXPECT_LE(search.rounds(), 20);
-    return search;
-}
-
-Pair rising(Pair s)
-{
-    return {0.02 * std::expm1(s[0] / 50.0), 0.0};
-}
-
-TEST(LevelSearch, FindsALevelByNewtonWithinAFactorOfTwoARound)
-{
-    LevelSearch const search = searched(rising, 1, {rising({80.0, 0.0})[0], 0.0}, {5.0, 0.0});
-    EXPECT_TRUE(search.met());
-    EXPECT_NEAR(search.best().level[0], 80.0, 0.3);
-    EXPECT_EQ(search.rounds(), 4); // 10, 20, 40, 80
-}
-
-TEST(LevelSearch, FindsALevelWithoutSlopesByTheBracketAlone)
-{
-    for (double wanted : {3.0, 80.0, 120.0})
-    {
-        LevelSearch const search = searched(rising, 1, {rising({wanted, 0.0})[0], 0.0}, {30.0, 0.0}, false);
-        EXPECT_TRUE(search.met()) << wanted;
-    }
-}
-
-TEST(LevelSearch, StopsAtTheFirstLevelWhenThatIsGood)
-{
-    LevelSearch const search = searched(rising, 1, {rising({5.0, 0.0})[0] + 0.9e-4, 0.0}, {5.0, 0.0});
-    EXPECT_TRUE(search.met());
-    EXPECT_EQ(search.rounds(), 0);
-}
-
-TEST(LevelSearch, EndsAtZeroWhenThatIsStillTooMuch)
-{
-    Law const law = [](Pair s) { return Pair{0.01 + 0.001 * s[0], 0.0}; };
-    LevelSearch const search = searched(law, 1, {0.002, 0.0}, {64.0, 0.0});
-    EXPECT_FALSE(search.met());
-    EXPECT_EQ(search.best().level[0], 0.0);
-    EXPECT_EQ(search.best().value[0], 0.01);
-    EXPECT_THAT(search.reason(), HasSubstr("without any restraint"));
-}
-
-TEST(LevelSearch, ClosesInOnTheLastLevelThatHasEquilibrium)
-{
-    LevelSearch const search = searched(rising, 1, {5.0, 0.0}, {10.0, 0.0}, true, 33.0);
-    EXPECT_FALSE(search.met());
-    EXPECT_NEAR(search.best().level[0], 33.0, 0.5);
-}
-
-TEST(LevelSearch, FindsTwoLevels)
-{
-    Law const law = [](Pair s) {
-        return Pair{0.001 * s[0] + 0.0003 * s[1] + 1e-6 * s[0] * s[0], 0.0002 * s[0] + 0.0012 * s[1]};
-    };
-    LevelSearch const search = searched(law, 2, law({70.0, 20.0}), {10.0, 10.0});
-    EXPECT_TRUE(search.met());
-    EXPECT_NEAR(search.best().level[0], 70.0, 0.2);
-    EXPECT_NEAR(search.best().level[1], 20.0, 0.2);
-}
-
-TEST(LevelSearch, LeavesALevelAtZeroAndDoesWhatTheOtherCan)
-{
-    Law const law = [](Pair s) { return Pair{0.001 * s[0] + 0.0005 * s[1], 0.0005 * s[0] + 0.001 * s[1]}; };
-    LevelSearch const search = searched(law, 2, {0.05, 0.01}, {10.0, 10.0}); // would take levels of 60 and -20
-    EXPECT_FALSE(search.met());
-    EXPECT_EQ(search.best().level[1], 0.0);
-    EXPECT_GT(search.best().level[0], 35.0); // the error is 12 to 15 thousandths at either node
-    EXPECT_LT(search.best().level[0], 50.0);
-    EXPECT_FALSE(search.reason().empty());
-}
-
-TEST(LevelSearch, EndsWhereTheSheetWouldTear)
-{
-    LevelSearch search(1, {2.0, 0.0}, 1.0);
-    Sample sample = sampleOf(rising, {100.0, 0.0}, true);
-    sample.torn = true;
-    EXPECT_FALSE(search.accept(sample));
-    EXPECT_THAT(search.reason(), HasSubstr("tear"));
 }
 
 // --- The strain of a node --------------------------------------------------------------------------------------------
@@ -462,133 +321,30 @@ TEST(AutoStrain, ANodeOfNoElementAndASheetWithoutAFreeEdgeAreRefused)
     Tuned const loose = tuned(cup, target(static_cast<int>(cup.nodes.size()) - 1, 0.01));
     EXPECT_EQ(loose.solution.status, Status::Refused);
     EXPECT_THAT(loose.solution.message, HasSubstr("belongs to no element with an area"));
-}
 
-// --- The door --------------------------------------------------------------------------------------------------------
-
-using jobtest::Job;
-using jobtest::jobOf;
-
-int evaluate(Job & job, VOZSolverAutoBC_s const & wanted)
-{
-    return VOZUtilitySolving::EvaluateAutoStrain(job.data.get(), &wanted, nullptr, nullptr, nullptr);
-}
-
-void holdRim(Job & job, int k, double force)
-{
-    auto * const edges = new VOZSolverBHF_s[at(6 * k)];
-    for (int i = 0; i < 6 * k; ++i)
-        edges[i] = {job.part->GetNumElements() - 6 * k + i, 0, force, 1, 2};
-    job.bc->SetBHFs(6 * k, edges);
-}
-
-// In the record the nodes stand reference first and the strains target first.
-TEST(EvaluateAutoStrain, TakesNodesAndStrainsInTheOrderOfTheRecord)
-{
-    SurfaceMesh const mesh = cup({}, 1, Extent::Quarter, Cells::Quads);
-    Problem problem = quarterCup({}, 1, Cells::Quads, 40.0);
-    int const one = nodeAt(problem, 20.0, 0.0), other = nodeAt(problem, 0.0, 44.0);
-    Reached reached;
-    Task const task{{one, 0.02}, {other, 0.12}, 1.0};
-    Solution const expected = voz::autostrain::solve(problem, {}, task, {}, reached);
-    ASSERT_EQ(expected.status, Status::Converged);
-
-    Job job = jobOf(mesh);
-    jobtest::quarterSymmetry(job, mesh);
-    holdRim(job, 1, 40.0e3);
-    VOZSolverAutoBC_s wanted;
-    wanted.m_nTargetNode = one;
-    wanted.m_nReferenceNode = other;
-    wanted.m_dTargetStrain = 0.02;
-    wanted.m_dReferenceStrain = 0.12;
-    ASSERT_EQ(evaluate(job, wanted), VOZUtilitySolving::Done);
-    for (std::size_t i = 0; i < mesh.nodes.size(); ++i)
-        for (std::size_t k = 0; k < 2; ++k)
-            EXPECT_NEAR(job.blank->m_padNodalCoords[3 * i + k], expected.flat[i][k], 1e-7);
-}
-
-TEST(EvaluateAutoStrain, FillsTheBlankOnTheBinderWhereTheJobHasOne)
-{
-    SurfaceMesh const mesh = cup({}, 1, Extent::Quarter, Cells::Quads);
-    Job job = jobOf(mesh);
-    jobtest::quarterSymmetry(job, mesh);
-    holdRim(job, 1, 40.0e3);
-    SurfaceMesh const flat{{{0, 0, 20}, {90, 0, 20}, {90, 90, 20}, {0, 90, 20}}, {{0, 1, 2, 3}}};
-    jobtest::giveBinder(job, flat);
-    VOZSolverAutoBC_s wanted;
-    wanted.m_nTargetNode = 0;
-    wanted.m_dTargetStrain = 0.01;
-    ASSERT_EQ(evaluate(job, wanted), VOZUtilitySolving::Done);
-    double const * const q = job.data->m_psBlankOnBinderMesh->m_padNodalCoords;
-    for (std::size_t i = 0; i < mesh.nodes.size(); ++i)
-    {
-        EXPECT_NEAR(q[3 * i], job.blank->m_padNodalCoords[3 * i], 1e-12);
-        EXPECT_NEAR(q[3 * i + 2], 0.020, 1e-12);
-    }
-}
-
-TEST(EvaluateAutoStrain, RefusesNodesAndStrainsThatThePartCannotHave)
-{
-    SurfaceMesh const mesh = cup({}, 1, Extent::Quarter, Cells::Quads);
-    double const nan = std::nan("");
-    struct
-    {
-        char const * message;
-        VOZSolverAutoBC_s wanted;
-    } const all[] = {{"the target node of the wanted strains is 9999; expected 0 to", {-1, 9999, 0.1, 0.1, 0.0}},
-                     {"the reference node of the wanted strains is -2", {-2, 0, 0.1, 0.1, 0.0}},
-                     {"wanted log strain at the target node is nan", {-1, 0, nan, 0.1, 0.0}},
-                     {"wanted log strain at the reference node is inf", {0, -1, 0.1, 1.0 / 0.0, 0.0}},
-                     {"factor of the first guess", {-1, 0, 0.1, 0.1, nan}}};
-    for (auto const & [message, wanted] : all)
-    {
-        Job job = jobOf(mesh);
-        try
+    Problem shut = gridPart(3, 3, Cells::Quads, // all its sides lie in planes of symmetry
+                            [](double u, double v) {
+                                return Point3{30.0 * u, 30.0 * v, 0.0};
+                            });
+    for (int i = 0; i < static_cast<int>(shut.nodes.size()); ++i)
+        for (std::size_t axis = 0; axis < 2; ++axis)
         {
-            evaluate(job, wanted);
-            ADD_FAILURE() << message;
+            double const x = shut.nodes[at(i)][axis];
+            if (x < 1e-9 || x > 0.030 - 1e-9)
+                shut.constraints.push_back({i, axis == 0 ? 0.0 : 1.5707963267948966, 0.0});
         }
-        catch (CATError const & error)
-        {
-            EXPECT_THAT(std::string(error.Message()), HasSubstr(message));
-        }
-        EXPECT_EQ(job.result->m_padStrainComponentsMid, nullptr);
-    }
-    Job job = jobOf(mesh);
-    EXPECT_THROW(VOZUtilitySolving::EvaluateAutoStrain(job.data.get(), nullptr, nullptr, nullptr, nullptr), CATError);
-    VOZSolverAutoBC_s unused;
-    unused.m_dTargetStrain = nan; // no node: never looked at
-    EXPECT_EQ(evaluate(job, unused), VOZUtilitySolving::Done);
+    Tuned const edgeless = tuned(shut, target(5, 0.01));
+    EXPECT_EQ(edgeless.solution.status, Status::Refused);
+    EXPECT_THAT(edgeless.solution.message, HasSubstr("the sheet of node 5, at which a strain is wanted, has no edge"));
 }
 
-int callsLeft = 0;
-int countDown(double, void *, void *)
+// A given force that is next to nothing is as good as none: the search leaves it at once.
+TEST(AutoStrain, ASearchThatBeginsNextToZeroGetsAway)
 {
-    return callsLeft-- > 0 ? 0 : 1;
-}
-
-TEST(EvaluateAutoStrain, ANonzeroAnswerEndsTheRunAtEveryCallInTurn)
-{
-    SurfaceMesh const mesh = cup({}, 1, Extent::Quarter, Cells::Quads);
-    int runs = 0;
-    for (;; ++runs)
-    {
-        Job job = jobOf(mesh);
-        jobtest::quarterSymmetry(job, mesh);
-        holdRim(job, 1, 20.0e3);
-        VOZSolverAutoBC_s wanted;
-        wanted.m_nTargetNode = 0;
-        wanted.m_dTargetStrain = 0.0167;
-        callsLeft = runs;
-        int const answer = VOZUtilitySolving::EvaluateAutoStrain(job.data.get(), &wanted, countDown, nullptr, nullptr);
-        if (answer == VOZUtilitySolving::Done)
-            break;
-        EXPECT_EQ(answer, VOZUtilitySolving::Stopped);
-        EXPECT_EQ(callsLeft, -1);
-        EXPECT_EQ(job.result->m_padStrainComponentsMid, nullptr);
-        EXPECT_EQ(job.blank->m_padNodalCoords[3], 0.0);
-    }
-    EXPECT_GT(runs, 25);
+    Problem const cup = quarterCup({}, 1, Cells::Triangles, 1.0e-9);
+    Tuned const run = tuned(cup, target(nodeAt(cup, 0.0, 0.0), 0.0167));
+    EXPECT_TRUE(run.reached.met) << run.log.back();
+    EXPECT_NEAR(run.reached.targetLevel, 100.0e3, 5.0e3);
 }
 
 } // namespace

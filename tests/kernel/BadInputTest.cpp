@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
+#include <numbers>
 
 namespace
 {
@@ -195,6 +196,66 @@ TEST_P(Doors, AClosedMeshIsRefusedWithAReason)
     SurfaceMesh const tetrahedron{{{0, 0, 0}, {10, 0, 0}, {0, 10, 0}, {0, 0, 10}},
                                   {{0, 2, 1, -1}, {0, 1, 3, -1}, {1, 2, 3, -1}, {2, 0, 3, -1}}};
     EXPECT_NE(answerTo(tetrahedron), "solved");
+}
+
+TEST_P(Doors, OneElementIsAPart)
+{
+    SurfaceMesh const triangle{{{0, 0, 0}, {10, 0, 0}, {0, 10, 3}}, {{0, 1, 2, -1}}};
+    SurfaceMesh const quadrilateral{{{0, 0, 0}, {10, 0, 0}, {10, 10, 0}, {0, 10, 0}}, {{0, 1, 2, 3}}};
+    EXPECT_EQ(answerTo(triangle), "solved");
+    EXPECT_EQ(answerTo(quadrilateral), "solved");
+}
+
+TEST_P(Doors, AllNodesInOnePlaceAreRefused)
+{
+    EXPECT_NE(answerTo(SurfaceMesh{{{1, 1, 1}, {1, 1, 1}, {1, 1, 1}}, {{0, 1, 2, -1}}}), "solved");
+}
+
+// Three sheets meet along one edge.
+TEST_P(Doors, ASideOfThreeElementsIsNoCrash)
+{
+    answerTo(SurfaceMesh{{{0, 0, 0}, {0, 10, 0}, {10, 5, 0}, {-10, 5, 0}, {0, 5, 10}},
+                         {{0, 2, 1, -1}, {0, 1, 3, -1}, {0, 1, 4, -1}}});
+}
+
+// Two sheets that touch in one node.
+TEST_P(Doors, ANodeThatJoinsTwoSheetsIsNoCrash)
+{
+    answerTo(
+        SurfaceMesh{{{0, 0, 0}, {10, 0, 0}, {10, 10, 0}, {-10, 0, 0}, {-10, -10, 0}}, {{0, 1, 2, -1}, {0, 3, 4, -1}}});
+}
+
+TEST_P(Doors, AMoebiusStripIsNoCrash)
+{
+    SurfaceMesh mesh;
+    constexpr int n = 24;
+    for (int i = 0; i < n; ++i)
+        for (int j = 0; j < 2; ++j)
+        {
+            double const angle = 2.0 * std::numbers::pi * i / n;
+            double const w = j == 0 ? -5.0 : 5.0;
+            double const r = 30.0 + w * std::cos(0.5 * angle);
+            mesh.nodes.push_back({r * std::cos(angle), r * std::sin(angle), w * std::sin(0.5 * angle)});
+        }
+    for (int i = 0; i + 1 < n; ++i)
+        mesh.elements.push_back({2 * i, 2 * i + 2, 2 * i + 3, 2 * i + 1});
+    mesh.elements.push_back({2 * n - 2, 1, 0, 2 * n - 1});
+    answerTo(mesh);
+}
+
+TEST_P(Doors, AVerticalTubeIsNoCrash)
+{
+    SurfaceMesh mesh;
+    constexpr int n = 16;
+    for (int row = 0; row <= 4; ++row)
+        for (int i = 0; i < n; ++i)
+            mesh.nodes.push_back({20.0 * std::cos(2.0 * std::numbers::pi * i / n),
+                                  20.0 * std::sin(2.0 * std::numbers::pi * i / n), 5.0 * row});
+    for (int row = 0; row < 4; ++row)
+        for (int i = 0; i < n; ++i)
+            mesh.elements.push_back(
+                {row * n + i, row * n + (i + 1) % n, (row + 1) * n + (i + 1) % n, (row + 1) * n + i});
+    answerTo(mesh);
 }
 
 TEST_P(Doors, AWorkingFolderThatVanishesDuringTheRunIsNoFailure)

@@ -1,23 +1,17 @@
-// EvaluateTest.cpp: the kernel's door: records in, results and files out, and what it refuses.
+// EvaluateTest.cpp: the kernel's door: records in, results out. What it refuses stands in
+// BadInputTest, the files of a run in EvaluateFilesTest.
 
-#include "CATError.h"
-#include "CommaLocale.h"
-#include "JobFixture.h"
+#include "EvaluateFixture.h"
 #include "SpoiledJobs.h"
 #include "VOZHost.h"
-#include "VOZMultiStageSolver.h"
-#include "VOZUtilitySolving.h"
+#include "VOZSolverAutoBC.h"
 #include "records/JobProblem.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdio>
-#include <fstream>
 #include <functional>
-#include <limits>
-#include <sstream>
 
 namespace
 {
@@ -26,26 +20,6 @@ using namespace jobtest;
 using testing::HasSubstr;
 
 constexpr double kPi = 3.141592653589793;
-
-std::string errorOf(Job & job)
-{
-    try
-    {
-        VOZUtilitySolving::Evaluate(job.data.get(), nullptr, nullptr, nullptr);
-    }
-    catch (CATError const & error)
-    {
-        EXPECT_EQ(job.result->m_padStrainComponentsMid, nullptr);
-        EXPECT_EQ(job.result->m_dPunchForce, 0.0);
-        return error.Message();
-    }
-    return "solved";
-}
-
-void solve(Job & job)
-{
-    ASSERT_EQ(VOZUtilitySolving::Evaluate(job.data.get(), nullptr, nullptr, nullptr), VOZUtilitySolving::Done);
-}
 
 double const * blankRow(Job const & job, int node)
 {
@@ -360,184 +334,6 @@ TEST(Evaluate, ANonzeroAnswerOfTheCallbackStopsTheRunWithoutResults)
     EXPECT_EQ(blankRow(job, 5)[0], 0.0);
 }
 
-// --- Files -----------------------------------------------------------------------------------------------------------
-
-class EvaluateFiles : public testing::Test
-{
-protected:
-    EvaluateFiles()
-    {
-        auto const * const info = testing::UnitTest::GetInstance()->current_test_info();
-        folder = std::filesystem::temp_directory_path() / (std::string("voz_evaluate_") + info->name());
-        std::filesystem::remove_all(folder);
-        std::filesystem::create_directories(folder);
-    }
-    ~EvaluateFiles() override { std::filesystem::remove_all(folder); }
-
-    void name(Job & job, std::string const & summary)
-    {
-        job.data->SetWorkingDir(wide(folder.string()).c_str());
-        job.data->SetSummaryFileName(wide(summary).c_str());
-    }
-
-    std::string read(std::string const & file)
-    {
-        std::ostringstream text;
-        text << std::ifstream(folder / file, std::ios::binary).rdbuf();
-        return text.str();
-    }
-
-    std::filesystem::path folder;
-};
-
-TEST_F(EvaluateFiles, SummaryAndLogGoToTheWorkingFolder)
-{
-    SurfaceMesh const mesh = cup({}, 1, Extent::Quarter, Cells::Triangles);
-    Job job = jobOf(mesh);
-    quarterSymmetry(job, mesh);
-    name(job, "sum.txt");
-    solve(job);
-    std::string const summary = read("sum.txt");
-    EXPECT_THAT(summary, HasSubstr("outcome              converged\n"));
-    EXPECT_THAT(summary, HasSubstr("elements             162\n"));
-    EXPECT_THAT(summary, HasSubstr("punch force N "));
-    EXPECT_THAT(summary, HasSubstr("blank area m2 "));
-    std::string const log = read("sum.log");
-    EXPECT_GT(std::count(log.begin(), log.end(), '\n'), 8); // the iteration table
-    EXPECT_THAT(log, HasSubstr("planes of symmetry: punch force"));
-    EXPECT_THAT(log, HasSubstr("converged"));
-}
-
-TEST_F(EvaluateFiles, EqualJobsLeaveEqualFilesUnderACommaLocaleToo)
-{
-    SurfaceMesh const mesh = cup({}, 1, Extent::Quarter, Cells::Triangles);
-    auto const filesOf = [&]
-    {
-        Job job = jobOf(mesh);
-        quarterSymmetry(job, mesh);
-        name(job, "sum.txt");
-        solve(job);
-        return read("sum.txt") + read("sum.log");
-    };
-    std::string const before = filesOf();
-    EXPECT_EQ(filesOf(), before);
-    CommaLocale const comma;
-    ASSERT_TRUE(comma.inForce());
-    EXPECT_EQ(filesOf(), before);
-}
-
-TEST_F(EvaluateFiles, AWarningStandsInTheLogOnce)
-{
-    Job job = jobOf(patch(Cells::Triangles));
-    job.bc->SetDrawbeads(1, new VOZSolverDrawbead_s[1]);
-    job.bc->m_pasDrawbeads[0].m_nElement = 3; // without coordinates: skipped
-    name(job, "sum.txt");
-    solve(job);
-    std::string const log = read("sum.log");
-    std::size_t const first = log.find("warning: 1 draw-bead segments");
-    ASSERT_NE(first, std::string::npos);
-    EXPECT_EQ(log.find("warning: ", first + 1), std::string::npos);
-    EXPECT_EQ(log.find("planes of symmetry"), std::string::npos); // it has none
-}
-
-TEST_F(EvaluateFiles, ARefusalStandsInBothFiles)
-{
-    Job job = jobOf(patch(Cells::Triangles));
-    job.part->GetElements()[3].m_anNodeIndices[1] = 500;
-    name(job, "sum.txt");
-    EXPECT_THAT(errorOf(job), HasSubstr("names node 500"));
-    EXPECT_THAT(read("sum.txt"), HasSubstr("outcome              refused\nreason               element 3"));
-    EXPECT_THAT(read("sum.log"), HasSubstr("refused: element 3"));
-}
-
-TEST_F(EvaluateFiles, WithoutASummaryNameNothingIsWritten)
-{
-    Job job = jobOf(patch(Cells::Triangles));
-    job.data->SetWorkingDir(wide(folder.string()).c_str());
-    solve(job);
-    EXPECT_TRUE(std::filesystem::is_empty(folder));
-}
-
-TEST_F(EvaluateFiles, AFolderThatIsNotThereIsNoFailure)
-{
-    Job job = jobOf(patch(Cells::Triangles));
-    job.data->SetWorkingDir(wide((folder / "missing").string()).c_str());
-    job.data->SetSummaryFileName(wide("sum.txt").c_str());
-    solve(job);
-}
-
-TEST_F(EvaluateFiles, TheLogStandsUnderTheSummarysStem)
-{
-    for (auto const & [summary, log] : {std::pair<std::string, std::string>{"sum.txt", "sum.log"},
-                                        {"a.b.txt", "a.b.log"},
-                                        {"sum", "sum.log"},
-                                        {".txt", ".txt.log"}})
-    {
-        double value = 0.0;
-        std::basic_string<unsigned short> logName;
-        std::FILE * file = nullptr;
-        VOZMultiStageSolver::OpenLogFile(wide(summary).c_str(), wide(folder.string()).c_str(), value, logName, file);
-        ASSERT_NE(file, nullptr);
-        std::fclose(file);
-        EXPECT_TRUE(std::filesystem::exists(folder / log)) << log;
-        EXPECT_EQ(std::string(logName.begin(), logName.end()), log);
-        EXPECT_EQ(value, 1.0);
-    }
-    double value = 0.0;
-    std::basic_string<unsigned short> logName;
-    std::FILE * file = nullptr;
-    VOZMultiStageSolver::OpenLogFile(nullptr, nullptr, value, logName, file);
-    EXPECT_EQ(file, nullptr);
-    EXPECT_TRUE(logName.empty());
-}
-
-// --- Refusals
-// ----------------------------------------------------------------------------------------------------------
-
-TEST(EvaluateRefuses, AJobWithoutItsRecords)
-{
-    EXPECT_THROW(VOZUtilitySolving::Evaluate(nullptr, nullptr, nullptr, nullptr), CATError);
-    VOZMultiStageSolverIOData_s empty;
-    EXPECT_THROW(VOZUtilitySolving::Evaluate(&empty, nullptr, nullptr, nullptr), CATError);
-}
-
-TEST(EvaluateRefuses, EveryIndexThatIsOutOfRangeAndEveryNumberThatNoSheetHas)
-{
-    for (Spoiled const & spoiled : spoiledJobs())
-    {
-        Job job = jobOf(patch(Cells::Triangles));
-        spoiled.spoil(job);
-        if (job.data->m_nNumStages == 0 || !job.stage->m_psPartMesh)
-            job.result = job.stage->m_psFormingResult;
-        EXPECT_THAT(errorOf(job), HasSubstr(spoiled.message));
-    }
-}
-
-TEST(EvaluateRefuses, AStageWithoutAPlaceForTheResult)
-{
-    Job job = jobOf(patch(Cells::Triangles));
-    job.stage->SetFormingResult(nullptr);
-    EXPECT_THROW(VOZUtilitySolving::Evaluate(job.data.get(), nullptr, nullptr, nullptr), CATError);
-}
-
-// A sphere has no edge from which it could be laid flat.
-TEST(EvaluateRefuses, AClosedMeshWithAReason)
-{
-    SurfaceMesh mesh{{{10, 0, 0}, {-10, 0, 0}, {0, 10, 0}, {0, -10, 0}, {0, 0, 10}, {0, 0, -10}},
-                     {{0, 2, 4, -1},
-                      {2, 1, 4, -1},
-                      {1, 3, 4, -1},
-                      {3, 0, 4, -1},
-                      {2, 0, 5, -1},
-                      {1, 2, 5, -1},
-                      {3, 1, 5, -1},
-                      {0, 3, 5, -1}}};
-    Job job = jobOf(mesh);
-    std::string const message = errorOf(job);
-    EXPECT_NE(message, "solved");
-    EXPECT_GT(message.size(), 10U);
-}
-
 // A failed job leaves no trace of an earlier answer.
 TEST(EvaluateRefuses, WithTheOldResultsTakenAway)
 {
@@ -545,112 +341,10 @@ TEST(EvaluateRefuses, WithTheOldResultsTakenAway)
     solve(job);
     prop(job).m_dRValue = kNaN;
     EXPECT_THAT(errorOf(job), HasSubstr("r-value"));
-}
-
-// --- Meshes that no generator of ours makes --------------------------------------------------------------------------
-
-// Either solved, with finite numbers everywhere, or refused with a reason.
-std::string finiteOrRefused(SurfaceMesh const & mesh)
-{
-    Job job = jobOf(mesh);
-    std::string const message = errorOf(job);
-    if (message == "solved")
-    {
-        for (std::size_t i = 0; i < 3 * mesh.nodes.size(); ++i)
-            EXPECT_TRUE(std::isfinite(job.blank->m_padNodalCoords[i]));
-        for (std::size_t i = 0; i < 12 * mesh.elements.size(); ++i)
-            EXPECT_TRUE(std::isfinite(job.result->m_padStrainComponentsTop[i]));
-    }
-    EXPECT_GT(message.size(), 5U);
-    return message;
-}
-
-TEST(EvaluateOnOddMeshes, ANodeOutsideEveryElementHarmsNothing)
-{
-    SurfaceMesh mesh = patch(Cells::Triangles);
-    mesh.nodes.push_back({3.0, 4.0, 5.0});
-    finiteOrRefused(mesh);
-}
-
-TEST(EvaluateOnOddMeshes, AnElementWithoutAreaHarmsNothing)
-{
-    SurfaceMesh mesh = patch(Cells::Triangles);
-    mesh.elements.push_back({0, 1, 1, -1});
-    finiteOrRefused(mesh);
-    mesh = patch(Cells::Quads);
-    mesh.elements.push_back({2, 2, 2, 2});
-    finiteOrRefused(mesh);
-}
-
-TEST(EvaluateOnOddMeshes, TwoPiecesAreSolvedPieceByPiece)
-{
-    SurfaceMesh mesh = patch(Cells::Triangles);
-    int const shift = static_cast<int>(mesh.nodes.size());
-    SurfaceMesh const other = patch(Cells::Quads);
-    for (Point3 p : other.nodes)
-        mesh.nodes.push_back({p[0] + 100.0, p[1], p[2]});
-    for (auto e : other.elements)
-        mesh.elements.push_back({e[0] + shift, e[1] + shift, e[2] + shift, e[3] + shift});
-    Job job = jobOf(mesh);
-    solve(job);
-    EXPECT_NEAR(blankDistance(job, 0, 4), 0.030, 1e-10);
-    EXPECT_NEAR(blankDistance(job, shift, shift + 4), 0.030, 1e-10);
-}
-
-TEST(EvaluateOnOddMeshes, OneElementIsAPart)
-{
-    EXPECT_EQ(finiteOrRefused({{{0, 0, 0}, {10, 0, 0}, {0, 10, 3}}, {{0, 1, 2, -1}}}), "solved");
-    EXPECT_EQ(finiteOrRefused({{{0, 0, 0}, {10, 0, 0}, {10, 10, 0}, {0, 10, 0}}, {{0, 1, 2, 3}}}), "solved");
-}
-
-TEST(EvaluateOnOddMeshes, AllNodesInOnePlaceAreRefused)
-{
-    EXPECT_NE(finiteOrRefused({{{1, 1, 1}, {1, 1, 1}, {1, 1, 1}}, {{0, 1, 2, -1}}}), "solved");
-}
-
-// Three sheets meet along one edge.
-TEST(EvaluateOnOddMeshes, ASideOfThreeElementsIsNoCrash)
-{
-    finiteOrRefused(
-        {{{0, 0, 0}, {0, 10, 0}, {10, 5, 0}, {-10, 5, 0}, {0, 5, 10}}, {{0, 2, 1, -1}, {0, 1, 3, -1}, {0, 1, 4, -1}}});
-}
-
-// Two sheets that touch in one node.
-TEST(EvaluateOnOddMeshes, ANodeThatJoinsTwoSheetsIsNoCrash)
-{
-    finiteOrRefused({{{0, 0, 0}, {10, 0, 0}, {10, 10, 0}, {-10, 0, 0}, {-10, -10, 0}}, {{0, 1, 2, -1}, {0, 3, 4, -1}}});
-}
-
-TEST(EvaluateOnOddMeshes, AMoebiusStripIsNoCrash)
-{
-    SurfaceMesh mesh;
-    constexpr int n = 24;
-    for (int i = 0; i < n; ++i)
-        for (int j = 0; j < 2; ++j)
-        {
-            double const angle = 2.0 * kPi * i / n;
-            double const w = j == 0 ? -5.0 : 5.0;
-            double const r = 30.0 + w * std::cos(0.5 * angle);
-            mesh.nodes.push_back({r * std::cos(angle), r * std::sin(angle), w * std::sin(0.5 * angle)});
-        }
-    for (int i = 0; i + 1 < n; ++i)
-        mesh.elements.push_back({2 * i, 2 * i + 2, 2 * i + 3, 2 * i + 1});
-    mesh.elements.push_back({2 * n - 2, 1, 0, 2 * n - 1});
-    finiteOrRefused(mesh);
-}
-
-TEST(EvaluateOnOddMeshes, AVerticalTubeIsNoCrash)
-{
-    SurfaceMesh mesh;
-    constexpr int n = 16;
-    for (int row = 0; row <= 4; ++row)
-        for (int i = 0; i < n; ++i)
-            mesh.nodes.push_back({20.0 * std::cos(2.0 * kPi * i / n), 20.0 * std::sin(2.0 * kPi * i / n), 5.0 * row});
-    for (int row = 0; row < 4; ++row)
-        for (int i = 0; i < n; ++i)
-            mesh.elements.push_back(
-                {row * n + i, row * n + (i + 1) % n, (row + 1) * n + (i + 1) % n, (row + 1) * n + i});
-    finiteOrRefused(mesh);
+    Job sound = jobOf(patch(Cells::Triangles));
+    solve(sound);
+    sound.stage->SetBlankMeshData(nullptr); // before any number is looked at
+    EXPECT_THAT(errorOf(sound), HasSubstr("has no blank mesh"));
 }
 
 // --- Conversion ------------------------------------------------------------------------------------------------------
@@ -721,12 +415,16 @@ private:
     std::string m_steps;
 };
 
-std::vector<double> blankInSteps(std::string const & steps)
+std::vector<double> blankInSteps(std::string const & steps, bool byTheDoorOfStrains = false)
 {
     AskingHost const host(steps);
     SurfaceMesh const mesh = cup(Cup{}, 1, Extent::Whole, Cells::Triangles);
     Job job = jobOf(mesh);
-    solve(job);
+    VOZSolverAutoBC_s const none;
+    if (byTheDoorOfStrains)
+        VOZUtilitySolving::EvaluateAutoStrain(job.data.get(), &none, nullptr, nullptr, nullptr);
+    else
+        solve(job);
     return {job.blank->m_padNodalCoords, job.blank->m_padNodalCoords + 3 * mesh.nodes.size()};
 }
 
@@ -734,6 +432,7 @@ TEST(StrokeSteps, AreOneWhereTheHostSaysNothingAndMoveTheBlankWhereItAsksForTwo)
 {
     std::vector<double> const one = blankInSteps("1"), two = blankInSteps("2");
     EXPECT_EQ(blankInSteps(""), one);
+    EXPECT_EQ(blankInSteps("2", true), two) << "no strain is wanted after all";
     double moved = 0.0;
     for (std::size_t i = 0; i < one.size(); ++i)
         moved = std::max(moved, std::fabs(one[i] - two[i]));

@@ -274,6 +274,7 @@ private:
 Reached reachedBy(LevelSearch const & i_search, Task const & i_task)
 {
     Reached reached;
+    reached.searched = true;
     reached.met = i_search.met();
     reached.reason = i_search.reason();
     reached.rounds = i_search.rounds();
@@ -293,6 +294,8 @@ Reached reachedBy(LevelSearch const & i_search, Task const & i_task)
 
 std::string closingLine(Reached const & i_reached, Task const & i_task)
 {
+    if (!i_reached.searched)
+        return "auto strain: not met, " + i_reached.reason;
     std::string line = i_reached.met ? "auto strain: met" : "auto strain: not met, " + i_reached.reason + "; it stands";
     line += TextOf(" after ", i_reached.rounds, " rounds at");
     auto const add = [&](char const * i_strWhich, Wish const & i_wish, double i_level, double i_strain)
@@ -327,9 +330,12 @@ Solution solve(Problem const & i_problem, onestep::Settings const & i_settings, 
         progress.report = [&](double percent)
         { return i_progress.report(kFirstShare * percent + (1.0 - kFirstShare) * 100.0 * tuner.done()); };
     Solution solution = onestep::SolveTuned(i_problem, i_settings, progress, &tuner);
-    if (!tuner.search() || (solution.status != Status::Converged && solution.status != Status::Accepted))
+    if (solution.status != Status::Converged && solution.status != Status::Accepted)
         return solution;
-    o_reached = reachedBy(*tuner.search(), i_task);
+    if (tuner.search())
+        o_reached = reachedBy(*tuner.search(), i_task);
+    else
+        o_reached.reason = "the first restraint led only near equilibrium, and no other was tried";
     std::string const line = closingLine(o_reached, i_task);
     if (i_progress.log)
         i_progress.log(line);

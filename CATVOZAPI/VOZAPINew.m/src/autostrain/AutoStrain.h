@@ -33,6 +33,7 @@ struct Reached // of target and reference; zeros where a node is absent
 {
     bool met = false; // to 1e-4; else the nearest value that was reached stands, and `reason` says why
     std::string reason;
+    bool searched = false; // else the first solve came only near equilibrium; levels and strains are not known
     double targetLevel = 0.0, referenceLevel = 0.0; // N/m
     double targetStrain = 0.0, referenceStrain = 0.0;
     int rounds = 0;

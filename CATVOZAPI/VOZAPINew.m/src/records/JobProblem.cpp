@@ -384,9 +384,12 @@ voz::binder::BinderSurface BinderOf(VOZMultiStageSolverIOData_s const & i_data, 
             ElementsOf(*i_data.m_psBinderMesh, i_data.m_nNumMaterials, "binder")};
 }
 
-voz::autostrain::Task TaskOf(VOZSolverAutoBC_s const & i_wanted, voz::onestep::Problem const & i_problem)
+voz::autostrain::Task TaskOf(VOZSolverAutoBC_s const * i_pWanted, voz::onestep::Problem const & i_problem)
 {
     constexpr double kLargestStrain = 5.0; // log
+    if (!i_pWanted)
+        Refuse("there is no record of wanted strains; expected one");
+    VOZSolverAutoBC_s const & wanted = *i_pWanted;
     auto const read = [&](char const * i_strWhich, int i_nNode, double i_dStrain)
     {
         int const nNumNodes = static_cast<int>(i_problem.nodes.size());
@@ -398,10 +401,10 @@ voz::autostrain::Task TaskOf(VOZSolverAutoBC_s const & i_wanted, voz::onestep::P
         return voz::autostrain::Wish{i_nNode, i_dStrain};
     };
     voz::autostrain::Task task;
-    task.target = read("target", i_wanted.m_nTargetNode, i_wanted.m_dTargetStrain);
-    task.reference = read("reference", i_wanted.m_nReferenceNode, i_wanted.m_dReferenceStrain);
-    if (!std::isfinite(i_wanted.m_dValue))
+    task.target = read("target", wanted.m_nTargetNode, wanted.m_dTargetStrain);
+    task.reference = read("reference", wanted.m_nReferenceNode, wanted.m_dReferenceStrain);
+    if (!std::isfinite(wanted.m_dValue))
         Refuse("the factor of the first guess of the wanted strains is no number; expected one");
-    task.guessFactor = i_wanted.m_dValue > 0.0 ? i_wanted.m_dValue : 1.0;
+    task.guessFactor = wanted.m_dValue > 0.0 ? wanted.m_dValue : 1.0;
     return task;
 }

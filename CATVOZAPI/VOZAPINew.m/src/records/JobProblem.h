@@ -57,6 +57,6 @@ voz::onestep::Problem ProblemOf(VOZMultiStageSolverIOData_s const & i_data, VOZS
 // The binder, in the frame of the stage. The job must have a place for the blank on it, too.
 voz::binder::BinderSurface BinderOf(VOZMultiStageSolverIOData_s const & i_data, VOZSolverStage_s const & i_stage);
 
-voz::autostrain::Task TaskOf(VOZSolverAutoBC_s const & i_wanted, voz::onestep::Problem const & i_problem);
+voz::autostrain::Task TaskOf(VOZSolverAutoBC_s const * i_pWanted, voz::onestep::Problem const & i_problem);
 
 #endif

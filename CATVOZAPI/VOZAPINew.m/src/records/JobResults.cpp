@@ -36,8 +36,6 @@ bool HasQuad(VOZMesh_s const * i_pMesh)
 std::unique_ptr<double[]> Placed(std::vector<double> const & i_values, std::size_t i_numElements,
                                  std::size_t i_strideFrom, std::size_t i_strideTo)
 {
-    if (i_values.size() != i_numElements * i_strideFrom * kComponents)
-        RaiseKernelError("the solver gave a field of another size than the mesh");
     auto padPlaces = std::make_unique<double[]>(i_numElements * kPlaces * kComponents); // zeros
     for (std::size_t e = 0; e < i_numElements; ++e)
         for (std::size_t point = 0; point < i_strideTo; ++point)
@@ -54,17 +52,6 @@ bool AllFinite(std::vector<double> const & i_values)
     return std::all_of(i_values.begin(), i_values.end(), [](double value) { return std::isfinite(value); });
 }
 
-void CheckSolution(Problem const & i_problem, Solution const & i_solution)
-{
-    bool bSound = i_solution.flat.size() == i_problem.nodes.size() && std::isfinite(i_solution.punchForce) &&
-                  AllFinite(i_solution.strains.mid) && AllFinite(i_solution.strains.top) &&
-                  AllFinite(i_solution.strains.bottom) && AllFinite(i_solution.equivalentStress);
-    for (auto const & position : i_solution.flat)
-        bSound = bSound && std::isfinite(position[0]) && std::isfinite(position[1]);
-    if (!bSound)
-        RaiseKernelError("the solver's answer holds a value that is no number; the part is not solved");
-}
-
 // The flat lies in the plane of the frame's first two axes through its origin.
 void WriteBlank(Solution const & i_solution, VOZSolverStage_s & io_stage)
 {
@@ -76,11 +63,12 @@ void WriteBlank(Solution const & i_solution, VOZSolverStage_s & io_stage)
             *padPoint++ = io_stage.m_adOrigin[k] + a1[k] * x + a2[k] * y;
 }
 
-bool AllFinite(std::vector<std::array<double, 3>> const & i_points)
+template <std::size_t N>
+bool AllFinite(std::vector<std::array<double, N>> const & i_points)
 {
     return std::all_of(i_points.begin(), i_points.end(),
-                       [](std::array<double, 3> const & p)
-                       { return std::isfinite(p[0]) && std::isfinite(p[1]) && std::isfinite(p[2]); });
+                       [](std::array<double, N> const & point)
+                       { return std::all_of(point.begin(), point.end(), [](double x) { return std::isfinite(x); }); });
 }
 
 void WriteOnBinder(voz::binder::Closing const & i_closing, VOZSolverStage_s const & i_stage, VOZMesh_s & io_mesh)
@@ -99,12 +87,27 @@ void RaiseKernelError(std::string const & i_text)
     throw CATError(CATUnicodeString(i_text.c_str()), "VOZUtilitySolving", __LINE__);
 }
 
+std::string FlawOf(Problem const & i_problem, Solution const & i_solution, voz::binder::Closing const * i_pClosing)
+{
+    std::size_t const numNodes = i_problem.nodes.size();
+    std::size_t const numValues = i_problem.elements.size() * static_cast<std::size_t>(i_solution.stride) * kComponents;
+    bool bSized = i_solution.flat.size() == numNodes && (!i_pClosing || i_pClosing->position.size() == numNodes);
+    bool bFinite = std::isfinite(i_solution.punchForce) && AllFinite(i_solution.flat) &&
+                   (!i_pClosing || AllFinite(i_pClosing->position));
+    for (std::vector<double> const * const pField :
+         {&i_solution.strains.mid, &i_solution.strains.top, &i_solution.strains.bottom, &i_solution.equivalentStress})
+    {
+        bSized = bSized && pField->size() == numValues;
+        bFinite = bFinite && AllFinite(*pField);
+    }
+    if (!bSized)
+        return "the solver gave a field of another size than the mesh; the part is not solved";
+    return bFinite ? "" : "the solver's answer holds a value that is no number; the part is not solved";
+}
+
 void WriteResults(Problem const & i_problem, Solution const & i_solution, voz::binder::Closing const * i_pClosing,
                   VOZMultiStageSolverIOData_s & io_data, VOZSolverStage_s & io_stage)
 {
-    CheckSolution(i_problem, i_solution);
-    if (i_pClosing && (i_pClosing->position.size() != i_problem.nodes.size() || !AllFinite(i_pClosing->position)))
-        RaiseKernelError("the blank on the binder holds a value that is no number; the part is not solved");
     bool const bFourPoints = i_solution.stride > 1 || HasQuad(io_stage.m_psPartMesh) || HasQuad(io_data.m_psBinderMesh);
     std::size_t const numElements = i_problem.elements.size();
     std::size_t const strideFrom = static_cast<std::size_t>(i_solution.stride);

@@ -105,13 +105,23 @@ void RunFiles::Write(std::string const & i_text)
         std::fwrite(i_text.data(), 1, i_text.size(), pFile.get());
 }
 
-void RunFiles::Refused(std::string const & i_reason)
+void RunFiles::EndedWithout(char const * i_strOutcome, std::string const & i_reason)
 {
-    Log(TextOf("refused: ", i_reason));
-    Write(TextOf("outcome              refused\nreason               ", i_reason, "\n"));
+    Log(TextOf(i_strOutcome, ": ", i_reason));
+    Write(TextOf("outcome              ", i_strOutcome, "\nreason               ", i_reason, "\n"));
 }
 
-void RunFiles::Summarise(Problem const & i_problem, Solution const & i_solution)
+void RunFiles::Refused(std::string const & i_reason)
+{
+    EndedWithout(Outcome(Status::Refused), i_reason);
+}
+
+void RunFiles::Failed(std::string const & i_reason)
+{
+    EndedWithout(Outcome(Status::Failed), i_reason);
+}
+
+void RunFiles::Summarise(Problem const & i_problem, Solution const & i_solution, std::string const & i_rows)
 {
     std::string text = TextOf("outcome              ", Outcome(i_solution.status), "\n");
     if (!i_solution.message.empty())
@@ -126,6 +136,7 @@ void RunFiles::Summarise(Problem const & i_problem, Solution const & i_solution)
                        NumberText(i_solution.greatestStrain, 6), "\nnecking points       ", i_solution.neckingPoints,
                        "\npunch force N        ", i_solution.punchForce, "\nwork of forming J    ", i_solution.work,
                        "\nblank area m2        ", FlatArea(i_problem, i_solution), "\n");
+    text += i_rows;
     for (std::string const & warning : i_solution.warnings)
         text += TextOf("warning              ", warning, "\n");
     Write(text);

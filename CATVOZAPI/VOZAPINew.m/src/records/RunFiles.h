@@ -25,11 +25,16 @@ public:
     RunFiles(VOZMultiStageSolverIOData_s const & i_data, unsigned short const * i_strFolder, std::FILE * i_pLog);
 
     void Log(std::string const & i_line);
-    void Summarise(voz::onestep::Problem const & i_problem, voz::onestep::Solution const & i_solution);
+    // i_rows: more of them, each with its line end.
+    void Summarise(voz::onestep::Problem const & i_problem, voz::onestep::Solution const & i_solution,
+                   std::string const & i_rows = {});
     void Refused(std::string const & i_reason); // a job that never reached the solver
+    void Failed(std::string const & i_reason);  // a job that the solver left without an answer of any kind
     void Write(std::string const & i_text);     // the summary
 
 private:
+    void EndedWithout(char const * i_strOutcome, std::string const & i_reason);
+
     struct Closed
     {
         void operator()(std::FILE * i_pFile) const { std::fclose(i_pFile); }

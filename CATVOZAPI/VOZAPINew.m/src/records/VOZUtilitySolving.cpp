@@ -9,15 +9,19 @@
 #include "JobProblem.h"
 #include "JobResults.h"
 #include "RunFiles.h"
+#include "TextOf.h"
 #include "VOZFormingResult.h"
 #include "VOZMultiStageSolverIOData.h"
 #include "VOZSolverAutoBC.h"
 
+#include <new>
 #include <optional>
 
 namespace
 {
 
+using voz::autostrain::Reached;
+using voz::autostrain::Task;
 using voz::binder::TwoStages;
 using voz::onestep::Problem;
 using voz::onestep::Progress;
@@ -53,25 +57,76 @@ enum class BinderUse
     Always
 };
 
-// i_pWanted: null, or the strains to reach.
-int Solve(VOZMultiStageSolverIOData_s & io_data, BinderUse i_use, VOZSolverAutoBC_s const * i_pWanted,
-          Caller const & i_caller, RunFiles & io_files)
+struct Work
 {
+    BinderUse binder = BinderUse::None;
+    bool bToStrains = false;
+    VOZSolverAutoBC_s const * pWanted = nullptr; // read only where strains are wanted
+};
+
+bool IsSolved(Solution const & i_solution)
+{
+    return i_solution.status == Status::Converged || i_solution.status == Status::Accepted;
+}
+
+// Whatever else is wrong with a job, an old answer must not be taken for a new one.
+void ClearOldResult(VOZMultiStageSolverIOData_s & io_data)
+{
+    if (io_data.m_nNumStages > 0 && io_data.m_pasStages && io_data.m_pasStages[0].m_psFormingResult)
+        io_data.m_pasStages[0].m_psFormingResult->Clear();
+}
+
+// Rows of the summary; empty where no strain is wanted.
+std::string RestraintRows(Task const & i_task, Reached const & i_reached)
+{
+    std::string rows;
+    auto const add =
+        [&](char const * i_strWhich, voz::autostrain::Wish const & i_wish, double i_dLevel, double i_dStrain)
+    {
+        if (i_wish.node < 0)
+            return;
+        auto const row = [&](std::string const & i_name, std::string const & i_value)
+        {
+            std::string name = TextOf(i_strWhich, " ", i_name);
+            name.resize(21, ' ');
+            rows += TextOf(name, i_value, "\n");
+        };
+        row("node", std::to_string(i_wish.node));
+        row("wanted", NumberText(i_wish.strain, 8));
+        if (!i_reached.searched)
+            return;
+        row("strain", NumberText(i_dStrain, 8));
+        row("level N/m", NumberText(i_dLevel, 8));
+    };
+    add("target", i_task.target, i_reached.targetLevel, i_reached.targetStrain);
+    add("reference", i_task.reference, i_reached.referenceLevel, i_reached.referenceStrain);
+    if (rows.empty())
+        return rows;
+    return TextOf("auto strain          ", i_reached.met ? "met" : "not met", i_reached.met ? "" : ", ",
+                  i_reached.reason, "\nrounds               ", i_reached.rounds, "\n", rows);
+}
+
+int Solve(VOZMultiStageSolverIOData_s & io_data, Work const & i_work, Caller const & i_caller, RunFiles & io_files)
+{
+    ClearOldResult(io_data);
     VOZSolverStage_s & stage = StageOf(io_data);
-    stage.m_psFormingResult->Clear();
     Problem const problem = ProblemOf(io_data, stage);
-    std::optional<voz::autostrain::Task> task;
-    if (i_pWanted)
-        task = TaskOf(*i_pWanted, problem);
-    voz::onestep::Settings const settings = HostSettings();
-    if (task && settings.steps > 1)
+    std::optional<Task> task;
+    if (i_work.bToStrains)
+        task = TaskOf(i_work.pWanted, problem);
+    voz::onestep::Settings settings = HostSettings();
+    if (task && (task->target.node >= 0 || task->reference.node >= 0) && settings.steps > 1)
+    {
         io_files.Log("steps of the stroke: one, since strains are prescribed");
-    bool const bBinder = i_use == BinderUse::Always ||
-                         (i_use == BinderUse::WhereGiven && io_data.m_psBinderMesh && io_data.m_psBlankOnBinderMesh);
+        settings.steps = 1;
+    }
+    bool const bBinder =
+        i_work.binder == BinderUse::Always ||
+        (i_work.binder == BinderUse::WhereGiven && io_data.m_psBinderMesh && io_data.m_psBlankOnBinderMesh);
+    Reached reached;
     auto const solvePart = [&](Progress const & progress)
     {
-        voz::autostrain::Reached reached;
-        return task ? voz::autostrain::solve(problem, {}, *task, progress, reached)
+        return task ? voz::autostrain::solve(problem, settings, *task, progress, reached)
                     : voz::onestep::Solve(problem, settings, progress);
     };
     Progress const progress = i_caller.ProgressTo(io_files);
@@ -80,26 +135,39 @@ int Solve(VOZMultiStageSolverIOData_s & io_data, BinderUse i_use, VOZSolverAutoB
         stages = voz::binder::solveWithBinder(problem, BinderOf(io_data, stage), {}, progress, solvePart);
     else
         stages.part = solvePart(progress);
-    io_files.Summarise(problem, stages.part);
+    voz::binder::Closing const * const pClosing = bBinder ? &stages.closing : nullptr;
+    if (std::string flaw = IsSolved(stages.part) ? FlawOf(problem, stages.part, pClosing) : ""; !flaw.empty())
+    {
+        stages.part.status = Status::Failed;
+        stages.part.message = std::move(flaw);
+    }
+    bool const bSolved = IsSolved(stages.part);
+    io_files.Summarise(problem, stages.part, task && bSolved ? RestraintRows(*task, reached) : "");
     if (stages.part.status == Status::Stopped)
         return VOZUtilitySolving::Stopped;
-    if (stages.part.status == Status::Failed || stages.part.status == Status::Refused)
+    if (!bSolved)
         RaiseKernelError(stages.part.message);
-    WriteResults(problem, stages.part, bBinder ? &stages.closing : nullptr, io_data, stage);
+    WriteResults(problem, stages.part, pClosing, io_data, stage);
     return VOZUtilitySolving::Done;
 }
 
-int SolveOrRaise(VOZMultiStageSolverIOData_s & io_data, BinderUse i_use, VOZSolverAutoBC_s const * i_pWanted,
-                 Caller const & i_caller, RunFiles & io_files)
+int SolveOrRaise(VOZMultiStageSolverIOData_s & io_data, Work const & i_work, Caller const & i_caller,
+                 RunFiles & io_files)
 {
     try
     {
-        return Solve(io_data, i_use, i_pWanted, i_caller, io_files);
+        return Solve(io_data, i_work, i_caller, io_files);
     }
     catch (JobError const & error)
     {
         io_files.Refused(error.what());
         RaiseKernelError(error.what());
+    }
+    catch (std::bad_alloc const &)
+    {
+        constexpr char const * kReason = "there is not enough memory to solve the job";
+        io_files.Failed(kReason);
+        RaiseKernelError(kReason);
     }
 }
 
@@ -116,7 +184,7 @@ int VOZUtilitySolving::Evaluate(VOZMultiStageSolverIOData_s * io_psData, VOZProg
 {
     ExpectJob(io_psData);
     RunFiles files(*io_psData);
-    return SolveOrRaise(*io_psData, BinderUse::None, nullptr, {nullptr, i_callback, i_pTask, i_pReserved}, files);
+    return SolveOrRaise(*io_psData, {}, {nullptr, i_callback, i_pTask, i_pReserved}, files);
 }
 
 int VOZUtilitySolving::TwoStagesWithBinder(double, std::FILE * i_pLog, unsigned short const *,
@@ -126,7 +194,7 @@ int VOZUtilitySolving::TwoStagesWithBinder(double, std::FILE * i_pLog, unsigned 
 {
     ExpectJob(io_psData);
     RunFiles files(*io_psData, i_strFolder, i_pLog);
-    return SolveOrRaise(*io_psData, BinderUse::Always, nullptr, {i_stop, i_callback, i_pTask, i_pReserved}, files);
+    return SolveOrRaise(*io_psData, {BinderUse::Always}, {i_stop, i_callback, i_pTask, i_pReserved}, files);
 }
 
 int VOZUtilitySolving::EvaluateAutoStrain(VOZMultiStageSolverIOData_s * io_psData, VOZSolverAutoBC_s const * i_psWanted,
@@ -134,8 +202,6 @@ int VOZUtilitySolving::EvaluateAutoStrain(VOZMultiStageSolverIOData_s * io_psDat
 {
     ExpectJob(io_psData);
     RunFiles files(*io_psData);
-    if (!i_psWanted)
-        RaiseKernelError("there is no record of wanted strains; expected one");
-    return SolveOrRaise(*io_psData, BinderUse::WhereGiven, i_psWanted, {nullptr, i_callback, i_pTask, i_pReserved},
-                        files);
+    return SolveOrRaise(*io_psData, {BinderUse::WhereGiven, true, i_psWanted},
+                        {nullptr, i_callback, i_pTask, i_pReserved}, files);
 }

@@ -126,7 +126,10 @@ TEST_F(MeshExtension, ARefusedBoundaryOrNoOffsetLineLeavesTheMeshAlone)
     VOZCatMesh nan = cup(4);
     nan.GetNodeData()[1][0] = std::numeric_limits<double>::quiet_NaN();
     EXPECT_EQ(extended(kOn, nan).numElem(), 16);
+    host.reports.clear();
     EXPECT_EQ(extended(kOn, VOZCatMesh()).numElem(), 0);
+    ASSERT_EQ(host.reports.size(), 1U);
+    EXPECT_EQ(host.reports[0].text, "AssertionFailed:padNodesNormals != NULL");
 }
 
 TEST_F(MeshExtension, ABudgetThatIsNoNumberLeavesTheMeshAlone)
@@ -329,6 +332,23 @@ TEST_F(MeshExtension, LabelOffsetsOfThePartAreTakenOff)
     ASSERT_EQ(shifted.numElem(), plain.numElem());
     for (int e = 1; e <= plain.numElem(); ++e)
         EXPECT_EQ(Ints(shifted.elem(e), shifted.elem(e) + 4), Ints(plain.elem(e), plain.elem(e) + 4));
+}
+
+// Thinning can leave two points of a narrow part's offset line: they are a line still, one is none.
+TEST_F(MeshExtension, AnOffsetLineOfTwoPointsIsStillOne)
+{
+    VOZCatMesh const cell = samples::mesh(Points{{0, 0, 0}, {10, 0, 0}, {10, 10, 0}, {0, 10, 0}}, Quads{{1, 2, 3, 4}});
+    meshextension::Wire wire;
+    wire.ids = {1, 2, 3, 4};
+    wire.points = {0, 0, 0, 10, 0, 0, 10, 10, 0, 0, 10, 0};
+    std::vector<double> const line = {-5, -5, 0, 15, 15, 0, 15.5, 15, 0}; // 30 / 4 apart at least: two remain
+    VOZCatMesh mesh = cell;
+    EXPECT_TRUE(meshextension::Extend(mesh, wire, line, 1.0));
+    EXPECT_GE(mesh.numNode(), 4 + 8 + 2 + 8); // the bridge both ways has 7 steps of its own
+    EXPECT_EQ(mesh.node(4 + 8 + 1, 0) + mesh.node(4 + 8 + 2, 0), 10.0);
+    mesh = cell;
+    EXPECT_FALSE(meshextension::Extend(mesh, wire, {-5, -5, 0, -5, -4, 0}, 1.0));
+    EXPECT_EQ(mesh.numNode(), 4);
 }
 
 TEST_F(MeshExtension, BadCornersHarmNothing)

@@ -20,7 +20,7 @@ struct Wire
 };
 
 // Joins the part to the offset polyline of its outer loop by a patch, and makes all orientations agree. False, with the
-// mesh left alone, if there is no patch: fewer than 3 points on either line, no number, no memory.
+// mesh left alone, if there is no patch: fewer than 2 points on either line, no number, no memory.
 bool Extend(VOZCatMesh & io_mesh, Wire const & i_wire, std::vector<double> const & i_polyline,
             double i_iterationFactor);
 

@@ -91,7 +91,7 @@ CATMathSetOfPointsND bridgeOf(double const * a, double const * b, int s)
     return bridge;
 }
 
-// The wire of the patch; fewer than 3 points if there is none.
+// The wire of the patch; empty if there is none.
 CATMathSetOfPointsND closedWire(Wire const & i_wire, std::vector<double> const & i_polyline)
 {
     CATMathSetOfPointsND a = setOf(i_wire.points);
@@ -99,7 +99,7 @@ CATMathSetOfPointsND closedWire(Wire const & i_wire, std::vector<double> const &
     double const spacing = a.Length() / a.GetNumberOfPoints();
     b.RemoveMultiplePoints(spacing, 0);
     int numSteps = 0;
-    if (a.GetNumberOfPoints() < 3 || b.GetNumberOfPoints() < 3 || !toInt(spacing, numSteps))
+    if (a.GetNumberOfPoints() < 2 || b.GetNumberOfPoints() < 2 || !toInt(spacing, numSteps))
         return CATMathSetOfPointsND(3);
 
     double a0[3];
@@ -245,7 +245,7 @@ bool Extend(VOZCatMesh & io_mesh, Wire const & i_wire, std::vector<double> const
 {
     CATMathSetOfPointsND const wire = closedWire(i_wire, i_polyline);
     int budget = 0;
-    if (wire.GetNumberOfPoints() < 3 || !toInt(wire.GetNumberOfPoints() * i_iterationFactor, budget))
+    if (wire.GetNumberOfPoints() == 0 || !toInt(wire.GetNumberOfPoints() * i_iterationFactor, budget))
         return false;
     Patch patch;
     if (!growPatch(wire, i_wire.ids, io_mesh.numNode(), budget, patch))

@@ -249,14 +249,22 @@ TEST_F(DriverFixture, ALoopIsLargeAboveAFifthOfTheOuterOne)
 
 TEST_F(DriverFixture, ABoundaryThatIsNoSetOfCurvesIsRefused)
 {
+    VOZCatMesh const clean = part;
     part = samples::quads({{1, 2, 3, 4}, {3, 5, 6, 7}}); // two cells that meet at a node
     Probe driver;
     give(driver);
     EXPECT_EQ(driver.EvalBoundaries(), E_FAIL);
     EXPECT_EQ(driver.m_nLoopError, 1);
-    part = samples::quads({{1, 2, 3, 4}});
+    VOZCatMesh const refused = part;
+    part = clean;
     EXPECT_EQ(driver.EvalBoundaries(), 0);
     EXPECT_EQ(driver.m_nLoopError, 0);
+    EXPECT_NE(driver.m_pProcessEdges, nullptr);
+    part = refused; // and then nothing is left that numbers the edges of the clean one
+    EXPECT_EQ(driver.EvalBoundaries(), E_FAIL);
+    EXPECT_EQ(driver.m_pSymmetryFilter, nullptr);
+    EXPECT_EQ(driver.m_pSizeFilter, nullptr);
+    EXPECT_EQ(driver.m_pProcessEdges, nullptr);
 }
 
 TEST_F(DriverFixture, BoundariesNeedAMeshAFrameAHolderAndASymmetry)

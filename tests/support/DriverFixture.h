@@ -39,6 +39,12 @@ inline VOZCatMesh dome(int columns = 6, int rows = 4, bool split = true)
     return grid.mesh();
 }
 
+template <class Value>
+std::vector<Value> rowsOf(Value const * rows, int count)
+{
+    return std::vector<Value>(rows, rows + count);
+}
+
 // Three stores over one mesh: top, mid-plane, bottom.
 struct LayerStores
 {

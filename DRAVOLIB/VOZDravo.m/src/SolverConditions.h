@@ -9,30 +9,39 @@
 #include "EdgeSets.h"
 #include "ElemProperty.h"
 #include "LoopFilters.h"
-#include "Mesh.h"
+#include "MeshRows.h"
+#include "SolverRows.h"
 #include "Symmetry.h"
 
 #include <algorithm>
+#include <limits>
 
 namespace conditions
 {
 constexpr double kUpliftPerForce = 8.9934075e-07; // of the kernel's records; the deck has a factor of its own
 constexpr float kLargeLoop = 0.2F;                // of the outer loop's length
 
+// A count that is claimed may be any number: beyond the range its end stands for it.
+inline int CountOf(long long i_nCount)
+{
+    return static_cast<int>(std::min<long long>(i_nCount, std::numeric_limits<int>::max()));
+}
+
 // The sum of rows over the entries 1 .. count; a negative one is none.
 template <class RowsOf>
 int CountRows(int i_nCount, RowsOf const & i_rowsOf)
 {
-    int nSum = 0;
+    long long nSum = 0;
     for (int i = 1; i <= i_nCount; ++i)
         nSum += std::max(i_rowsOf(i), 0);
-    return nSum;
+    return CountOf(nSum);
 }
 
 inline int CountHeldEdges(ElemProperty const & i_property, ProcessEdgeSequence const & i_processEdges)
 {
-    return i_processEdges.numBlankHolder() +
-           CountRows(i_property.sizeBlankHolders(), [&](int i) { return i_property.blankHolders(i).edgeCount; });
+    long long const nSingle =
+        CountRows(i_property.sizeBlankHolders(), [&](int i) { return i_property.blankHolders(i).edgeCount; });
+    return CountOf(nSingle + i_processEdges.numBlankHolder());
 }
 
 inline int CountBeadEdges(ElemProperty const & i_property)
@@ -62,7 +71,7 @@ inline int CountSymmetryNodes(Symmetry const & i_symmetry, LoopSymmetryFilter co
 // The restraint of a single holder along its edges; one without a length has none.
 inline double HolderRestraint(BlankHolder const & i_holder, VOZCatMesh const & i_mesh, double i_dFriction)
 {
-    double const dLength = i_holder.length(&i_mesh) / 1000.0;
+    double const dLength = i_holder.length(&i_mesh) / solverrows::kMillimetresPerMetre;
     return dLength > 0.0 ? i_dFriction * 2.0 * i_holder.force / dLength : 0.0;
 }
 
@@ -74,7 +83,7 @@ void ForEachHeldEdge(VOZCatMesh const & i_mesh, FreeEdgeSet const & i_edges, Pro
 {
     auto const visitEdge = [&](int element, double force, int node1, int node2)
     {
-        i_visit(element - 1, force, i_mesh.GetElementNodePosition(element, node1),
+        i_visit(meshrows::positionOf(element, 1), force, i_mesh.GetElementNodePosition(element, node1),
                 i_mesh.GetElementNodePosition(element, node2));
     };
     for (int i = 1; i <= i_processEdges.numBlankHolder(); ++i)

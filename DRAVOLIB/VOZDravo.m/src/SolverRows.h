@@ -6,16 +6,24 @@
 #include "ElemProperty.h"
 #include "MeshRows.h"
 #include "RowMath.h"
+#include "VOZMaterial.h"
+#include "VOZMechanicalProp.h"
 #include "VOZMesh.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <memory>
 #include <new>
+#include <utility>
+
+class Result;
 
 namespace solverrows
 {
+// Two factors, since what is divided by one is not to the last bit what is multiplied by the other.
 constexpr double kMetresPerMillimetre = 0.001;
+constexpr double kMillimetresPerMetre = 1000.0;
+constexpr int kTable = 2; // the type of a curve that is given by points
 
 // Rows of `width` values, made as the type makes itself (numbers: 0); null if memory runs out.
 template <class Value>
@@ -53,10 +61,36 @@ inline void CopyCurvatures(double const (*i_rows)[3], int i_nNumElements, double
 {
     for (int e = 1; e <= i_nNumElements; ++e)
     {
-        *o_padCurvatures++ = i_rows[e][0] / 0.001;
-        *o_padCurvatures++ = i_rows[e][1] / 0.001;
+        *o_padCurvatures++ = i_rows[e][0] / kMetresPerMillimetre;
+        *o_padCurvatures++ = i_rows[e][1] / kMetresPerMillimetre;
         *o_padCurvatures++ = i_rows[e][2];
     }
+}
+
+// The three rows of a frame, 9, and its origin in metres, 3.
+inline void CopyFrame(VOZCatAxis const & i_axis, double * o_padRows, double * o_padOrigin)
+{
+    for (int i = 0; i < 3; ++i)
+    {
+        for (int j = 0; j < 3; ++j)
+            *o_padRows++ = i_axis.axis(i, j);
+        *o_padOrigin++ = i_axis.origin(i) / kMillimetresPerMetre;
+    }
+}
+
+// Gives the record its own copy of a material's table, where there is one. False if memory runs out.
+inline bool CopyTable(VOZMaterial const & i_material, VOZMechanicalProp_s & io_prop)
+{
+    if (i_material.m_nNumPoints <= 0 || i_material.m_padPoints == nullptr)
+        return true;
+    auto points = NewRows<double>(i_material.m_nNumPoints, 2);
+    if (points == nullptr)
+        return false;
+    std::copy_n(i_material.m_padPoints, 2 * static_cast<std::size_t>(i_material.m_nNumPoints), points.get());
+    io_prop.m_nNumPoints = i_material.m_nNumPoints;
+    io_prop.m_nCurveType = kTable;
+    Keep(io_prop.m_padPoints, std::move(points));
+    return true;
 }
 
 // The property of an element; 0 where the process definition has none for it.
@@ -82,6 +116,12 @@ inline void EvalPlanarDifference(rowmath::Frame const & i_frame, double const * 
     i_frame.fromGlobal(i_padMoved, adMoved);
     rowmath::subtract(adMoved, adPart, o_adDifference);
     o_adDifference[2] = 0.0;
+}
+
+// Whether all three stores are there.
+inline bool HasLayers(Result ** i_apLayers)
+{
+    return i_apLayers != nullptr && i_apLayers[0] != nullptr && i_apLayers[1] != nullptr && i_apLayers[2] != nullptr;
 }
 
 inline bool HasCoordinates(VOZMesh_s const * i_psMesh)

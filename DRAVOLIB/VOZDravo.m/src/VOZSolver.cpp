@@ -1,13 +1,12 @@
-// VOZSolver.cpp: the life of a solver object, its folders, and the run of the base class.
+// VOZSolver.cpp: the life of a solver object, its folders and boundary objects, and the run of the base class.
 
 #include "VOZSolver.h"
 
+#include "SolverConditions.h"
+
 #include "CATEnvironment.h"
 #include "CATIProgressTaskUI.h"
-#include "EdgeSets.h"
 #include "FreeEdgeLoops.h"
-#include "LoopFilters.h"
-#include "Mesh.h"
 #include "VOZCatConfigPaser.h"
 #include "VOZFile.h"
 #include "VOZStatus.h"
@@ -57,11 +56,11 @@ bool findConfiguredFolder(char * config, char (&o_folder)[kValueSize])
     return file.ReadAndPaser() == 0 && file.GetString(key, o_folder) >= 0 && canMakeFilesIn(o_folder);
 }
 
-template <class Owned>
-void destroy(Owned *& io_object)
+// In the order given.
+template <class... Owned>
+void destroy(Owned *&... io_objects)
 {
-    delete io_object;
-    io_object = nullptr;
+    ((delete io_objects, io_objects = nullptr), ...);
 }
 } // namespace
 
@@ -77,12 +76,7 @@ VOZSolver::VOZSolver()
 
 VOZSolver::~VOZSolver()
 {
-    destroy(m_pFreeLoops);
-    destroy(m_pSymmetryFilter);
-    destroy(m_pProcessEdges);
-    destroy(m_pSizeFilter);
-    destroy(m_pFreeEdge);
-    destroy(m_pResultMesh);
+    destroy(m_pFreeLoops, m_pSymmetryFilter, m_pProcessEdges, m_pSizeFilter, m_pFreeEdge, m_pResultMesh);
 }
 
 void VOZSolver::SetBoundaryConditions(VOZCatMesh const ** i_ppMesh, int i_nMesh, ElemProperty const * i_pElemProperty,
@@ -131,6 +125,25 @@ VOZCatMesh const * VOZSolver::PartMesh() const
 VOZCatMesh const * VOZSolver::BinderMesh() const
 {
     return m_ppMesh != nullptr && m_nMesh == 2 ? m_ppMesh[1] : nullptr;
+}
+
+// What an earlier boundary left goes first: where this one is refused, nothing is to be read from the old one.
+long VOZSolver::EvalBoundaries()
+{
+    destroy(m_pFreeLoops, m_pSymmetryFilter, m_pProcessEdges, m_pSizeFilter, m_pFreeEdge);
+    VOZCatMesh const * const pMesh = PartMesh();
+    if (pMesh == nullptr || m_pSymmetry == nullptr || m_pAxis == nullptr || m_pFullBlankHolder == nullptr)
+        return E_FAIL;
+    m_pFreeEdge = new FreeEdgeSet(*pMesh);
+    m_nLoopError = 0;
+    m_pFreeLoops = new FreeEdgeLoops(*m_pFreeEdge, *pMesh, &m_nLoopError);
+    if (m_nLoopError != 0)
+        return E_FAIL;
+    m_pSymmetryFilter = new LoopSymmetryFilter(*pMesh, *m_pFreeEdge, *m_pFreeLoops, *m_pSymmetry, *m_pAxis);
+    m_pSizeFilter = new LoopSizeFilter(*m_pFreeLoops, conditions::kLargeLoop);
+    m_pProcessEdges = new ProcessEdgeSequence(*pMesh, *m_pFreeEdge, *m_pFreeLoops, *m_pSymmetry, *m_pSymmetryFilter,
+                                              *m_pFullBlankHolder, *m_pSizeFilter);
+    return 0;
 }
 
 int VOZSolver::ProgressIndicator(double i_dPercent, void * i_pTask, void *)

@@ -9,7 +9,6 @@
 #include "SolverRows.h"
 
 #include "CATFatalError.h"
-#include "FreeEdgeLoops.h"
 #include "Material.h"
 #include "VOZBHFConfig.h"
 #include "VOZCatAxis.h"
@@ -28,7 +27,6 @@ namespace
 {
 // The base record states its K in psi; a record that is solved has pascals throughout.
 constexpr double kPascalsPerPsi = 6894.75729;
-constexpr int kTable = 2; // a curve that is given by points
 
 // Nodes, coordinates and corners, 1-based and 0 in a triangle's fourth place. E_FAIL if memory runs out.
 long FillMesh(VOZCatMesh const & i_mesh, VOZBasicMeshData_s * o_pM, int & o_nNodesPerElem)
@@ -71,12 +69,7 @@ long FillFrame(VOZCatAxis const & i_axis, VOZSolverIOData & io_record)
     auto padOrigin = NewRows<double>(3);
     if (!VOZ_ASSERTION(padTippingMatrix && padOrigin, "padTippingMatrix && padOrigin"))
         return E_FAIL;
-    for (int i = 0; i < 3; ++i)
-    {
-        for (int j = 0; j < 3; ++j)
-            padTippingMatrix[static_cast<std::size_t>(3 * i + j)] = i_axis.axis(i, j);
-        padOrigin[static_cast<std::size_t>(i)] = i_axis.origin(i) / 1000.0;
-    }
+    CopyFrame(i_axis, padTippingMatrix.get(), padOrigin.get());
     Keep(io_record.m_padTippingMatrix, std::move(padTippingMatrix));
     Keep(io_record.m_padTippingOrigin, std::move(padOrigin));
     return 0;
@@ -95,19 +88,16 @@ void FillName(unsigned short const (&i_name)[N], unsigned short *& io_field, int
     o_nLength = nLength;
 }
 
-// The table of a material, if it has one; false if memory runs out.
-bool FillPoints(VOZMaterial const & i_material, VOZMechanicalProp_s & io_prop)
+// The record of a material, completed only if it has a table; false if memory runs out.
+bool FillProperty(VOZMaterial const & i_material, VOZMechanicalProp_s & io_prop)
 {
-    if (i_material.m_nNumPoints <= 0 || i_material.m_padPoints == nullptr)
-        return true;
-    auto points = NewRows<double>(i_material.m_nNumPoints, 2);
-    if (!VOZ_ASSERTION(points != nullptr, "m_pSolverIOData->m_pasMaterialProperties[i].m_padPoints"))
+    io_prop.m_dNValue = i_material.m_dNValue;
+    io_prop.m_dRValue = i_material.m_dRValue;
+    io_prop.m_dKValue = i_material.m_dKValue * kPascalsPerPsi;
+    if (!VOZ_ASSERTION(CopyTable(i_material, io_prop), "m_pSolverIOData->m_pasMaterialProperties[i].m_padPoints"))
         return false;
-    std::copy_n(i_material.m_padPoints, 2 * static_cast<std::size_t>(i_material.m_nNumPoints), points.get());
-    io_prop.m_nNumPoints = i_material.m_nNumPoints;
-    io_prop.m_nCurveType = kTable;
-    io_prop.m_padPoints = points.release(); // the record's
-    VOZMechanicalProp_s::EvalMechanicalDataForSolver(io_prop);
+    if (io_prop.m_nNumPoints > 0)
+        VOZMechanicalProp_s::EvalMechanicalDataForSolver(io_prop);
     return true;
 }
 
@@ -138,19 +128,17 @@ long FillMaterials(ElemProperty const & i_property, VOZSolverIOData & io_record)
     for (int i = 0; i < nCount; ++i)
     {
         VOZMaterial const & material = *i_property.material(i + 1);
-        VOZMechanicalProp_s & prop = io_record.m_pasMaterialProperties[i];
         io_record.m_padInitMaterialThickness[i] = material.m_dThickness;
-        prop.m_dNValue = material.m_dNValue;
-        prop.m_dRValue = material.m_dRValue;
-        prop.m_dKValue = material.m_dKValue * kPascalsPerPsi;
-        if (!FillPoints(material, prop))
+        if (!FillProperty(material, io_record.m_pasMaterialProperties[i]))
             return E_FAIL;
     }
     return 0;
 }
 
+// The pads have no count: they are there if their array is.
 void ZeroCounts(VOZSolverIOData & io_record)
 {
+    Keep<double>(io_record.m_padPressureFrictionValues, nullptr);
     io_record.m_nNumConstrainedNodes = 0;
     io_record.m_nUnused1 = 0;
     io_record.m_nUnused2 = 0;
@@ -164,27 +152,22 @@ bool AllocateOutputs(int i_nIntegrationPoints, VOZSolverIOData & io_record)
 {
     int const nNumNodes = io_record.m_psMesh->m_nNumNodes;
     int const nNumElements = io_record.m_psMesh->m_nNumElements;
+    bool isWhole = true;
+    auto const place = [&](auto *& io_field, auto i_rows)
+    {
+        isWhole = isWhole && i_rows != nullptr;
+        Keep(io_field, std::move(i_rows));
+    };
     for (auto field : {&VOZSolverIOData::m_padNodalCoordsFlatBlank, &VOZSolverIOData::m_padNodalCoordsBlankOnBinder})
-        Keep(io_record.*field, NewRows<double>(nNumNodes, 3));
+        place(io_record.*field, NewRows<double>(nNumNodes, 3));
     for (auto field : {&VOZSolverIOData::m_padStrainComponentsMid, &VOZSolverIOData::m_padStrainComponentsTop,
                        &VOZSolverIOData::m_padStrainComponentsBot, &VOZSolverIOData::m_padEquivalentStress})
-        Keep(io_record.*field, NewRows<double>(nNumElements, 3 * i_nIntegrationPoints));
+        place(io_record.*field, NewRows<double>(nNumElements, 3 * i_nIntegrationPoints));
     for (auto field : {&VOZSolverIOData::m_pdEnergy, &VOZSolverIOData::m_pdPunchForce,
                        &VOZSolverIOData::m_pdMaxRelativeDisplacement, &VOZSolverIOData::m_pdRelativeDispersion})
-        Keep(io_record.*field, NewRows<double>(1));
-    Keep(io_record.m_pnNumOfIterationsUsedInSolver, NewRows<int>(1));
-    return io_record.m_padNodalCoordsFlatBlank != nullptr && io_record.m_padNodalCoordsBlankOnBinder != nullptr &&
-           io_record.m_padStrainComponentsMid != nullptr && io_record.m_padStrainComponentsTop != nullptr &&
-           io_record.m_padStrainComponentsBot != nullptr && io_record.m_padEquivalentStress != nullptr;
-}
-
-// A new snapshot in the place of an old one, which goes when the new one stands.
-template <class Snapshot, class... Arguments>
-void Renew(Snapshot *& io_field, Arguments &&... i_arguments)
-{
-    Snapshot * const fresh = new Snapshot(std::forward<Arguments>(i_arguments)...);
-    delete io_field;
-    io_field = fresh;
+        place(io_record.*field, NewRows<double>(1));
+    place(io_record.m_pnNumOfIterationsUsedInSolver, NewRows<int>(1));
+    return isWhole;
 }
 } // namespace
 
@@ -231,23 +214,6 @@ long VOZSolver::FillInXenSolverData(VOZCatMesh const * i_pMesh, unsigned char i_
     if (i_bSkipConditions == 0 && SetBoundaryConditions() != 0)
         return E_FAIL;
     return AllocateOutputs(m_nNbIntegrationPoints, record) ? 0 : E_FAIL;
-}
-
-long VOZSolver::EvalBoundaries()
-{
-    VOZCatMesh const * const pMesh = PartMesh();
-    if (pMesh == nullptr || m_pSymmetry == nullptr || m_pAxis == nullptr || m_pFullBlankHolder == nullptr)
-        return E_FAIL;
-    Renew(m_pFreeEdge, *pMesh);
-    m_nLoopError = 0;
-    Renew(m_pFreeLoops, *m_pFreeEdge, *pMesh, &m_nLoopError);
-    if (m_nLoopError != 0)
-        return E_FAIL;
-    Renew(m_pSymmetryFilter, *pMesh, *m_pFreeEdge, *m_pFreeLoops, *m_pSymmetry, *m_pAxis);
-    Renew(m_pSizeFilter, *m_pFreeLoops, conditions::kLargeLoop);
-    Renew(m_pProcessEdges, *pMesh, *m_pFreeEdge, *m_pFreeLoops, *m_pSymmetry, *m_pSymmetryFilter, *m_pFullBlankHolder,
-          *m_pSizeFilter);
-    return 0;
 }
 
 long VOZSolver::SetBoundaryConditions()
@@ -309,7 +275,7 @@ long VOZSolver::SetDrawBeads()
                                     std::copy_n(edge.edgeValues, 4, segment.m_adEdgeValues);
                                     segment.m_dForce = force;
                                     segment.m_dUplift = uplift;
-                                    segment.m_nElement = edge.element - 1;
+                                    segment.m_nElement = meshrows::positionOf(edge.element, 1);
                                 });
     VOZ_ASSERTION(psDrawBeadSeg - m_pSolverIOData->m_pasDrawbeads == m_pSolverIOData->m_nNumDrawbeadSegments,
                   "psDrawBeadSeg - m_pSolverIOData->m_pasDrawbeads == m_pSolverIOData->m_nNumDrawbeadSegments");
@@ -338,8 +304,9 @@ long VOZSolver::SetDispConstraints()
 {
     if (m_pElemProperty == nullptr || m_pSymmetry == nullptr || m_pSymmetryFilter == nullptr)
         return E_FAIL;
-    int const nCount = conditions::CountTableNodes(*m_pElemProperty) +
-                       conditions::CountSymmetryNodes(*m_pSymmetry, *m_pSymmetryFilter);
+    long long const nTableNodes = conditions::CountTableNodes(*m_pElemProperty);
+    int const nCount =
+        conditions::CountOf(nTableNodes + conditions::CountSymmetryNodes(*m_pSymmetry, *m_pSymmetryFilter));
     if (nCount == 0)
         return 0;
     if (m_pSolverIOData == nullptr)

@@ -13,6 +13,7 @@
 #include "VOZSolverAutoBC.h"
 #include "VOZSolverBCData.h"
 #include "VOZStatus.h"
+#include "VOZUserUnitBase.h"
 #include "VOZUtilitySolving.h"
 
 #include <cmath>
@@ -26,12 +27,11 @@ CATImplementClass(VOZSolverMultiStage, VOZSolver)
 namespace
 {
 constexpr char kBanner[] = "X E N   S O L V E R   S T A R T E D.\n";
-constexpr double kLeastPercent = -98.0; // at and below it the strain is taken to be
-constexpr double kLeastTrueStrain = -3.91;
 
+// What is no number stays none: the kernel refuses it.
 double TrueStrainOf(double i_dPercent)
 {
-    return i_dPercent <= kLeastPercent ? kLeastTrueStrain : std::log(i_dPercent / 100.0 + 1.0);
+    return std::isnan(i_dPercent) ? i_dPercent : VOZUserUnitBase::EngToTrueStrain(i_dPercent);
 }
 
 // What the process definition says about prescribed strains.
@@ -93,6 +93,7 @@ VOZSolverMultiStage::VOZSolverMultiStage()
 
 VOZSolverMultiStage::~VOZSolverMultiStage()
 {
+    DropStage();
     delete m_psIOData;
     m_psIOData = nullptr;
 }
@@ -115,7 +116,10 @@ long VOZSolverMultiStage::Run(CATIProgressTaskUI * i_task)
     // The one-stage solve alone knows the mode doubled.
     VOZSolverStage_s * const psStage = m_psIOData->m_pasStages;
     if (VOZ_CONTRACT(psStage != nullptr, "psStage"))
-        psStage->m_psPartMesh->m_nProcessMode *= 2;
+    {
+        int & nMode = psStage->m_psPartMesh->m_nProcessMode;
+        nMode = static_cast<int>(2U * static_cast<unsigned>(nMode)); // any number may have been given as a mode
+    }
     VOZUtilitySolving::Evaluate(m_psIOData, ProgressIndicator, i_task, nullptr);
     return 0;
 }

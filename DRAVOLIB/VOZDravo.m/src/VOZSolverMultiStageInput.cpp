@@ -31,7 +31,6 @@ namespace
 {
 constexpr int kControl = 3; // both control integers
 constexpr double kControlValue = 1.0;
-constexpr int kTable = 2;   // a curve that is given by points
 constexpr int kNoNode = -2; // -1 in a fourth place would make a triangle of the element
 constexpr double kAlongX = 0.0;
 constexpr double kAlongY = 1.5707963267948966;
@@ -88,16 +87,8 @@ std::unique_ptr<double[]> NewNormals(VOZCatMesh const & i_mesh)
 bool FillProperty(VOZMaterial const & i_material, VOZMechanicalProp_s & io_prop)
 {
     i_material.EvalMechanicalDataForSolver(io_prop);
-    if (i_material.m_nNumPoints > 0 && i_material.m_padPoints != nullptr)
-    {
-        auto points = NewRows<double>(i_material.m_nNumPoints, 2);
-        if (!VOZ_ASSERTION(points != nullptr, "pasMaterialProperties[i].m_padPoints"))
-            return false;
-        std::copy_n(i_material.m_padPoints, 2 * static_cast<std::size_t>(i_material.m_nNumPoints), points.get());
-        io_prop.m_nNumPoints = i_material.m_nNumPoints;
-        io_prop.m_nCurveType = kTable;
-        io_prop.m_padPoints = points.release(); // the record's
-    }
+    if (!VOZ_ASSERTION(CopyTable(i_material, io_prop), "pasMaterialProperties[i].m_padPoints"))
+        return false;
     VOZMechanicalProp_s::EvalMechanicalDataForSolver(io_prop);
     return true;
 }
@@ -150,9 +141,14 @@ long VOZSolverMultiStage::ConvertMeshData(VOZCatMesh const * i_pMesh, VOZMesh_s 
     return isWhole && VOZMeshUtil::EvalMeshBoundaries(&o_mesh) ? 0 : E_FAIL;
 }
 
-// What a stage before this one left, and what a stage that could not be finished leaves.
+// What a stage before this one left, and what a stage that could not be finished leaves, rows still in the making
+// included.
 void VOZSolverMultiStage::DropStage()
 {
+    Keep<VOZSolverBHF_s>(m_pasBHFs, nullptr);
+    Keep<VOZSolverDrawbead_s>(m_pasDrawbeads, nullptr);
+    Keep<VOZSolverNodeConstraint2D_s>(m_pasNodeConstraints2D, nullptr);
+    Keep<double>(m_padPressureFrictionValues, nullptr);
     m_psFormingResult = nullptr;
     m_psBCData = nullptr;
     if (m_psIOData == nullptr)
@@ -274,12 +270,7 @@ long VOZSolverMultiStage::FillInStage(VOZMesh_s * i_psMainMesh)
     VOZSolverStage_s & stage = pasStages[0];
     double adRows[9];
     double adOrigin[3];
-    for (int i = 0; i < 3; ++i)
-    {
-        for (int j = 0; j < 3; ++j)
-            adRows[3 * i + j] = m_pAxis->axis(i, j);
-        adOrigin[i] = m_pAxis->origin(i) / 1000.0;
-    }
+    CopyFrame(*m_pAxis, adRows, adOrigin);
     stage.SetLocalCS(adRows, adOrigin);
 
     VOZMesh_s * const psBlankMesh = NewMeshLike(*psMainMesh);
@@ -324,7 +315,7 @@ long VOZSolverMultiStage::SetBlankHolderForce()
     int const nCount = conditions::CountHeldEdges(*m_pElemProperty, *m_pProcessEdges);
     if (nCount == 0)
         return E_FAIL;
-    m_pasBHFs = NewRows<VOZSolverBHF_s>(nCount).release();
+    Keep(m_pasBHFs, NewRows<VOZSolverBHF_s>(nCount));
     if (!VOZ_ASSERTION(m_pasBHFs != nullptr, "m_pasBHFs"))
         return E_FAIL;
     VOZSolverBHF_s * psBHF = m_pasBHFs;
@@ -351,14 +342,14 @@ long VOZSolverMultiStage::SetDrawBeads()
         return 0;
     if (m_psBCData == nullptr)
         return E_FAIL;
-    m_pasDrawbeads = NewRows<VOZSolverDrawbead_s>(nCount).release();
+    Keep(m_pasDrawbeads, NewRows<VOZSolverDrawbead_s>(nCount));
     if (!VOZ_ASSERTION(m_pasDrawbeads != nullptr, "m_pasDrawbeads"))
         return E_FAIL;
     VOZSolverDrawbead_s * psDrawbead = m_pasDrawbeads;
     conditions::ForEachBeadEdge(*m_pElemProperty,
                                 [&](EdgeProperty const & edge, double force, double uplift)
                                 {
-                                    psDrawbead->m_nElement = edge.element - 1;
+                                    psDrawbead->m_nElement = meshrows::positionOf(edge.element, 1);
                                     psDrawbead->m_dForce = force;
                                     psDrawbead->m_dUplift = uplift;
                                     std::copy_n(edge.edgeValues, 4, psDrawbead->m_adEdgeValues);
@@ -377,7 +368,7 @@ long VOZSolverMultiStage::SetPressurePads()
     if (m_psBCData == nullptr || m_pFriction == nullptr || PartMesh() == nullptr)
         return E_FAIL;
     int const nNumElements = meshrows::Rows(*PartMesh()).numElem;
-    m_padPressureFrictionValues = NewRows<double>(nNumElements).release();
+    Keep(m_padPressureFrictionValues, NewRows<double>(nNumElements));
     if (!VOZ_ASSERTION(m_padPressureFrictionValues != nullptr, "m_padPressureFrictionValues"))
         return E_FAIL;
     conditions::FillPadShear(*m_pElemProperty, m_pFriction->coefficient(), nNumElements, m_padPressureFrictionValues);
@@ -391,13 +382,14 @@ long VOZSolverMultiStage::SetDispConstraints()
 {
     if (m_pElemProperty == nullptr || m_pSymmetry == nullptr || m_pSymmetryFilter == nullptr)
         return E_FAIL;
-    int const nCount = 2 * conditions::CountTableNodes(*m_pElemProperty) +
-                       conditions::CountSymmetryNodes(*m_pSymmetry, *m_pSymmetryFilter);
+    long long const nTableNodes = conditions::CountTableNodes(*m_pElemProperty);
+    int const nCount =
+        conditions::CountOf(2 * nTableNodes + conditions::CountSymmetryNodes(*m_pSymmetry, *m_pSymmetryFilter));
     if (nCount == 0)
         return 0;
     if (m_psBCData == nullptr)
         return E_FAIL;
-    m_pasNodeConstraints2D = NewRows<VOZSolverNodeConstraint2D_s>(nCount).release();
+    Keep(m_pasNodeConstraints2D, NewRows<VOZSolverNodeConstraint2D_s>(nCount));
     if (!VOZ_ASSERTION(m_pasNodeConstraints2D != nullptr, "m_pasNodeConstraints2D"))
         return E_FAIL;
     m_psBCData->SetNodeConstraints2D(nCount, std::exchange(m_pasNodeConstraints2D, nullptr));
@@ -407,7 +399,7 @@ long VOZSolverMultiStage::SetDispConstraints()
                                  [&](int node, DispBC const & table)
                                  {
                                      if (FillDirection(table, *psConstraint))
-                                         (psConstraint++)->m_nNode = node - 1;
+                                         (psConstraint++)->m_nNode = meshrows::positionOf(node, 1);
                                  });
     conditions::ForEachSymmetryNode(*m_pSymmetry, *m_pSymmetryFilter,
                                     [&](int node, bool onYZ)

@@ -19,11 +19,6 @@ using namespace solverrows;
 namespace
 {
 constexpr std::ptrdiff_t kPlaces = 4; // integration points that the kernel allocates per element
-
-bool HasLayers(Result ** i_apLayers)
-{
-    return i_apLayers != nullptr && i_apLayers[0] != nullptr && i_apLayers[1] != nullptr && i_apLayers[2] != nullptr;
-}
 } // namespace
 
 long VOZSolverMultiStage::GetResults(Result ** io_apLayers)
@@ -41,7 +36,7 @@ long VOZSolverMultiStage::GetResults(Result ** io_apLayers)
 VOZResult VOZSolverMultiStage::GetResults(int i_nPoint, int i_nElement, double i_dRValue, double i_dThickness,
                                           int i_nLayer)
 {
-    std::ptrdiff_t const nPlace = static_cast<std::ptrdiff_t>(m_nNbIntegrationPoints) * (i_nElement - 1) + i_nPoint;
+    std::ptrdiff_t const nPlace = m_nNbIntegrationPoints * (std::ptrdiff_t{i_nElement} - 1) + i_nPoint;
     if (m_psFormingResult == nullptr || m_psFormingResult->m_psMesh == nullptr || nPlace < 0 ||
         nPlace >= kPlaces * m_psFormingResult->m_psMesh->GetNumElements())
         return EvalPointResults(nullptr, 0.0, i_dRValue, i_dThickness);

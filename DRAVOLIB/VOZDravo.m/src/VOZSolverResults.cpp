@@ -13,6 +13,7 @@
 #include "VOZMaterialUtility.h"
 #include "VOZSolverIOData.h"
 #include "VOZStatus.h"
+#include "VOZUserUnitBase.h"
 
 #include <algorithm>
 #include <array>
@@ -25,28 +26,17 @@ using namespace solverrows;
 namespace
 {
 constexpr double kPi = 3.14159265358979323846;
-constexpr double kLeastPercent = -98.0; // at and below it the strain is taken to be
-constexpr double kLeastTrueStrain = -3.91;
-constexpr int kFoldedSafety = 5; // codes of the kernel's own, and what they show as
+constexpr double kManyTurns = 1.0e6; // radians
+constexpr int kFoldedSafety = 5;     // codes of the kernel's own, and what they show as
 constexpr int kShownSafety = 2;
 constexpr int kFoldedForming = 6;
 constexpr int kShownForming = 1;
 constexpr int kNumLayers = 3;
 constexpr int kMid = 1;
 
-double PercentOf(double i_dTrueStrain)
+float PercentOf(double i_dTrueStrain)
 {
-    return (std::exp(i_dTrueStrain) - 1.0) * 100.0;
-}
-
-double TrueStrainOf(double i_dPercent)
-{
-    return i_dPercent > kLeastPercent ? std::log(i_dPercent / 100.0 + 1.0) : kLeastTrueStrain;
-}
-
-bool HasLayers(Result ** i_apLayers)
-{
-    return i_apLayers != nullptr && i_apLayers[0] != nullptr && i_apLayers[1] != nullptr && i_apLayers[2] != nullptr;
+    return static_cast<float>(VOZUserUnitBase::TrueToEngStrain(i_dTrueStrain));
 }
 
 // The integration points that the record of a converted mesh has places for.
@@ -71,7 +61,7 @@ void Add(VOZResult & io_sum, VOZResult const & i_record)
     ++io_sum.m_nNeighbourElems;
 }
 
-// A mean that falls between two zones goes to the lower number.
+// A mean that falls between two zones goes to the one nearer to 0.
 void Average(VOZResult & io_sum)
 {
     float const fShare = 1.0F / static_cast<float>(io_sum.m_nNeighbourElems);
@@ -111,6 +101,8 @@ double VOZSolver::ConvertAngleToO_PiInterval(double i_dAngle)
 {
     if (!std::isfinite(i_dAngle))
         return i_dAngle;
+    if (std::fabs(i_dAngle) > kManyTurns) // a subtraction per turn might never end
+        i_dAngle = std::fmod(i_dAngle, kPi);
     while (i_dAngle > kPi)
         i_dAngle -= kPi;
     while (i_dAngle < 0.0)
@@ -158,11 +150,11 @@ VOZResult VOZSolver::EvalPointResults(double const * i_padStrains, double i_dStr
     record.m_fTheta = static_cast<float>(EvalPrincipalAngle(e[0], e[1], e[2] * 0.5));
     float const fThickness = static_cast<float>((fMajor + fMinor) * -1.0);
     record.m_fThickness = static_cast<float>(EvalThickness(i_dThickness, fThickness));
-    record.m_fMajorStrain = static_cast<float>(PercentOf(fMajor));
-    record.m_fMinorStrain = static_cast<float>(PercentOf(fMinor));
-    record.m_fThicknessStrain = static_cast<float>(PercentOf(fThickness));
+    record.m_fMajorStrain = PercentOf(fMajor);
+    record.m_fMinorStrain = PercentOf(fMinor);
+    record.m_fThicknessStrain = PercentOf(fThickness);
     // The components go in as they stand: the law holds in any axes of the sheet.
-    record.m_fEquivalentStrain = static_cast<float>(PercentOf(EvalEquivalentStrain(i_dRValue, e[0], e[1], e[2])));
+    record.m_fEquivalentStrain = PercentOf(EvalEquivalentStrain(i_dRValue, e[0], e[1], e[2]));
     record.m_fEquivalentStress = static_cast<float>(i_dStress);
     return record;
 }
@@ -175,7 +167,7 @@ VOZResult VOZSolver::GetResults(int i_nPoint, int i_nElement, double i_dRValue, 
     double const * const padLayer = i_nLayer == 0   ? record.m_padStrainComponentsTop
                                     : i_nLayer == 2 ? record.m_padStrainComponentsBot
                                                     : record.m_padStrainComponentsMid;
-    std::ptrdiff_t const nPlace = static_cast<std::ptrdiff_t>(m_nNbIntegrationPoints) * (i_nElement - 1) + i_nPoint;
+    std::ptrdiff_t const nPlace = m_nNbIntegrationPoints * (std::ptrdiff_t{i_nElement} - 1) + i_nPoint;
     bool const isOutside = record.m_psMesh != nullptr && nPlace >= NumPlaces(record);
     if (nPlace < 0 || isOutside)
         return EvalPointResults(nullptr, 0.0, i_dRValue, i_dThickness);
@@ -191,9 +183,9 @@ void VOZSolver::EvalZones(int i_nElement, VOZResult & io_sRecord)
     VOZMaterial const * const pMaterial = MaterialOf(*m_pElemProperty, PropertyOf(*m_pElemProperty, i_nElement));
     if (pMaterial == nullptr)
         return;
-    VOZMaterialUtility::EvalFormingSafetyZones(pMaterial, TrueStrainOf(io_sRecord.m_fMajorStrain),
-                                               TrueStrainOf(io_sRecord.m_fMinorStrain), io_sRecord.m_nForming,
-                                               io_sRecord.m_nSafety);
+    double const dMajor = VOZUserUnitBase::EngToTrueStrain(io_sRecord.m_fMajorStrain);
+    double const dMinor = VOZUserUnitBase::EngToTrueStrain(io_sRecord.m_fMinorStrain);
+    VOZMaterialUtility::EvalFormingSafetyZones(pMaterial, dMajor, dMinor, io_sRecord.m_nForming, io_sRecord.m_nSafety);
     if (io_sRecord.m_nSafety == kFoldedSafety)
         io_sRecord.m_nSafety = kShownSafety;
     if (io_sRecord.m_nForming == kFoldedForming)
@@ -230,10 +222,10 @@ void VOZSolver::SetDisplacementResults(Result ** io_apLayers)
     if (m_pSolverIOData == nullptr || PartMesh() == nullptr || !HasLayers(io_apLayers))
         return;
     double const * const padFlat = m_pSolverIOData->m_padNodalCoordsFlatBlank;
-    double const * const padOnBinder =
-        BinderMesh() != nullptr ? m_pSolverIOData->m_padNodalCoordsBlankOnBinder : padFlat;
-    if (padFlat == nullptr || padOnBinder == nullptr)
+    if (padFlat == nullptr)
         return;
+    bool const isOnBinder = BinderMesh() != nullptr && m_pSolverIOData->m_padNodalCoordsBlankOnBinder != nullptr;
+    double const * const padOnBinder = isOnBinder ? m_pSolverIOData->m_padNodalCoordsBlankOnBinder : padFlat;
     Result & top = *io_apLayers[0];
     meshrows::Rows const rows(*PartMesh());
     VOZBasicMeshData_s const * const psMesh = m_pSolverIOData->m_psMesh; // what the places were made for

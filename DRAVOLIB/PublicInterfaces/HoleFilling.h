@@ -26,7 +26,7 @@ ExportedByVOZDravo int FillAllHoles(int & io_numNode, double (**io_nodes)[3], in
 //
 // In: io_ids and io_coords hold io_numPoint (at least 3) points in order around the wire, rows from 0; io_nextId is
 // the number of the first new point; i_maxLevel limits the rounds: there are at most i_maxLevel - 2 splits. Below 1 it
-// stands for the number of points of the wire.
+// stands for the number of points of the wire. Points that coincide or are not all finite: the star alone.
 //
 // Out: the given arrays are freed. io_numPoint, io_ids and io_coords hold the new points only: row k of io_coords
 // belongs to the number io_nextId + k (its value on entry), while io_ids runs from the newest point to the oldest.

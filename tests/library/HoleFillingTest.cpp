@@ -483,13 +483,26 @@ TEST(MeshBoundaryWire, PointsThatCoincideOrAreNoNumberEndTheRefinement)
     EXPECT_EQ(coincide.result, 1);
     EXPECT_EQ(coincide.numPoint, 1); // no edge has a length
     EXPECT_EQ(coincide.numFace, 8);
+    for (float const bad : {std::numeric_limits<float>::quiet_NaN(), std::numeric_limits<float>::infinity(),
+                            -std::numeric_limits<float>::infinity()})
+    {
+        Wire wire = polygon(8);
+        wire[3][1] = bad;
+        Patch const patch(wire, 0);
+        EXPECT_EQ(patch.result, 1);
+        EXPECT_EQ(patch.numPoint, 1) << bad;
+    }
+}
+
+// A round that has nothing to split is the last: the largest budget there is comes back at once.
+TEST(MeshBoundaryWire, TheBudgetIsNotWaitedOutWhereNothingIsLeftToSplit)
+{
+    int const most = std::numeric_limits<int>::max();
+    EXPECT_EQ(Patch(Wire(8, FloatPoint{1.0F, 2.0F, 3.0F}), most).numPoint, 1);
     Wire wire = polygon(8);
-    wire[3][1] = std::numeric_limits<float>::quiet_NaN();
-    Patch const nan(wire, 0);
-    EXPECT_EQ(nan.result, 1);
-    EXPECT_EQ(nan.numPoint, 1);
-    wire[3][1] = std::numeric_limits<float>::infinity();
-    EXPECT_EQ(Patch(wire, 0).result, 1);
+    wire[0][2] = std::numeric_limits<float>::infinity();
+    EXPECT_EQ(Patch(wire, most).numPoint, 1);
+    EXPECT_EQ(Patch(polygon(3), most).numPoint, 2);
 }
 
 TEST(MeshBoundaryWire, ANumberOnTheWireBeyondTheNextOneHarmsNothing)

@@ -14,6 +14,7 @@
 #include "HoleMemory.h"
 #include "MeshRows.h"
 
+#include <cmath>
 #include <deque>
 #include <memory>
 #include <new>
@@ -266,12 +267,18 @@ void WirePatch::addCentre(WireEdge * i_ring)
     fan(centre, i_ring);
 }
 
+// Ends too where further rounds would change nothing (points that all coincide) or halve what has no end (infinite
+// coordinates): the budget may be any number.
 void WirePatch::refine(int i_maxLevel)
 {
+    if (!std::isfinite(mMean))
+        return;
     double longest = mMean + 1.0;
     for (int level = 2; mMean <= longest && level < i_maxLevel; ++level)
     {
         longest = splitLongestEdge(level);
+        if (!(longest > 0.0))
+            return;
         flipEdges();
         for (int pass = 0; pass < 5; ++pass)
             smooth();

@@ -226,6 +226,18 @@ TEST(AlignPoints, ThreePairsInOnePlaneAreShiftedOnly)
     EXPECT_NEAR(matrix[7], 0.0, 1e-7);
 }
 
+// A part that lies on its back is not turned over: its normal is opposite, so the mean shift is all there is.
+TEST(AlignPoints, OppositeNormalsAreNotTurned)
+{
+    Matrix const matrix = aligned({{0, 0, 1}, {1, 0, 1}, {0, 1, 1}}, {{0, 0, 0}, {0, 1, 0}, {1, 0, 0}});
+    for (std::size_t i = 0; i < 3; ++i)
+        for (std::size_t k = 0; k < 3; ++k)
+            EXPECT_EQ(matrix[4 * i + k], i == k ? 1.0 : 0.0);
+    EXPECT_NEAR(matrix[3], 0.0, 1e-12);
+    EXPECT_NEAR(matrix[7], 0.0, 1e-12);
+    EXPECT_NEAR(matrix[11], 1.0, 1e-12);
+}
+
 TEST(AlignPoints, ThreeTargetsOnALineTakeTheFirstTwoPairsAndAThirdOfTheRest)
 {
     Matrix const matrix = aligned({{0, 0, 0}, {0, 1, 0}, {0, 2, 0}}, {{0, 0, 0}, {1, 0, 0}, {2, 0, 0.3}});

@@ -1,7 +1,8 @@
 // VOZSolverSpringBacks.h: the driver of the shape that a formed part takes when the tools let go.
 //
 // Handed over besides what the multi-stage driver takes: SetDisplacements, the rows of a forming result in mm, and in
-// the process definition the springback lists: fixity, trimmed elements, alignment nodes. There is never a binder.
+// the process definition the springback lists: fixity, trimmed elements, alignment nodes. There is never a binder. Each
+// element springs with the material of its property.
 //
 // Run raises a CATMfErrUpdate, "Failed to compute springback results!", where the kernel finds no answer, and lets the
 // kernel's own errors through; it returns E_FAIL for what cannot be started. GetResults fills displacements (in metres,

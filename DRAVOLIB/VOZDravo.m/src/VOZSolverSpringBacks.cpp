@@ -48,6 +48,13 @@ VOZCatMesh MovedBy(VOZCatMesh const & i_mesh, double const (*i_adDisp)[3])
     return moved;
 }
 
+// Gives the elements the materials that those of the stage's mesh have: the conversion alone leaves them the first.
+void CopyMaterialIndices(VOZMesh_s const & i_from, VOZMesh_s & io_to)
+{
+    for (int e = 0; e < std::min(i_from.GetNumElements(), io_to.GetNumElements()); ++e)
+        io_to.GetElements()[e].m_nMaterialIndex = i_from.GetElements()[e].m_nMaterialIndex;
+}
+
 // Visits the start node, from 0, of each edge of each loop in order.
 template <class Visit>
 void ForEachLoopNode(FreeEdgeLoops const & i_loops, FreeEdgeSet const & i_edges, Visit i_visit)
@@ -118,6 +125,7 @@ long VOZSolverSpringBacks::Run(CATIProgressTaskUI * i_task)
         VOZCatMesh const blank(*PartMesh());
         if (ConvertMeshData(&blank, blankMesh) != 0)
             return E_FAIL;
+        CopyMaterialIndices(*StageOf(m_psIOData)->m_psPartMesh, blankMesh);
         if (!VOZ_ASSERTION(m_adDisp != nullptr, "m_adDisp != NULL"))
             return E_FAIL;
         VOZMesh_s deformedMesh;

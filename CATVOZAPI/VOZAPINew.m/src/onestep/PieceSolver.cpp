@@ -155,8 +155,8 @@ Status PieceSolver::judge()
                 std::to_string(m_piece.nodeOf[static_cast<std::size_t>(node)]) + " of element " +
                 std::to_string(element);
     if (PieceSummary const summary = summarise(*m_system, m_flat); summary.neckingPoints > 0)
-        m_message += "; the sheet would tear: it thins beyond necking at element " +
-                     std::to_string(summary.neckingElement);
+        m_message +=
+            "; the sheet would tear: it thins beyond necking at element " + std::to_string(summary.neckingElement);
     return Status::Failed;
 }
 

@@ -1,4 +1,5 @@
-// verification-tables DOCS: solves every verification problem on three meshes and writes what it finds.
+// verification-tables DOCS [PREFIX]: solves every verification problem on three meshes and writes what it finds; with a
+// prefix only the tables whose names begin so.
 //
 // DOCS/verification.md keeps its text; what stands between "<!-- begin NAME -->" and "<!-- end NAME -->" is replaced.
 // The pictures go to DOCS/pictures/verification-*.svg. The table of the convergence study is read from
@@ -6,6 +7,7 @@
 
 #include "AxisymmetricCases.h"
 #include "ChannelCases.h"
+#include "SpringbackTables.h"
 #include "SquareCupCases.h"
 #include "SvgPlot.h"
 
@@ -548,37 +550,59 @@ void replaceBlock(std::string & document, std::string const & name, std::string 
     document.replace(from + begin.size(), to - from - begin.size(), "\n" + block + "\n");
 }
 
-void writeTables(std::string const & docs)
+// i_prefix: only the blocks whose names begin so; empty: all, and the pictures.
+void writeTables(std::string const & docs, std::string const & prefix)
 {
+    std::vector<AxisymmetricRow> computed;
+    auto const rows = [&computed]() -> std::vector<AxisymmetricRow> const &
+    {
+        if (computed.empty())
+            computed = axisymmetricRows();
+        return computed;
+    };
+    struct Block
+    {
+        char const * name;
+        std::function<std::string()> table;
+    };
+    Block const blocks[] = {{"stretch", stretchTable},
+                            {"radius", [&] { return radiusTable(rows()); }},
+                            {"thickness", [&] { return thicknessTable(rows()); }},
+                            {"channel", channelTable},
+                            {"rope", ropeTable},
+                            {"developable", developableTable},
+                            {"square-cup", squareCupTable},
+                            {"square-cup-meshes", squareCupMeshes},
+                            {"convergence", studyTable},
+                            {"springback-moment", springbackMomentTable},
+                            {"springback-rotation", springbackRotationTable},
+                            {"springback-tip", springbackTipTable},
+                            {"springback-vee", springbackVeeTable},
+                            {"springback-patch", springbackPatchTable}};
     std::string document = readAll(docs + "/verification.md");
-    std::vector<AxisymmetricRow> const rows = axisymmetricRows();
-    replaceBlock(document, "stretch", stretchTable());
-    replaceBlock(document, "radius", radiusTable(rows));
-    replaceBlock(document, "thickness", thicknessTable(rows));
-    replaceBlock(document, "channel", channelTable());
-    replaceBlock(document, "rope", ropeTable());
-    replaceBlock(document, "developable", developableTable());
-    replaceBlock(document, "square-cup", squareCupTable());
-    replaceBlock(document, "square-cup-meshes", squareCupMeshes());
-    replaceBlock(document, "convergence", studyTable());
-    writeAll(docs + "/pictures/verification-order.svg", orderPlot(rows));
+    for (Block const & block : blocks)
+        if (std::string(block.name).starts_with(prefix))
+            replaceBlock(document, block.name, block.table());
+    writeAll(docs + "/verification.md", document);
+    if (!prefix.empty())
+        return;
+    writeAll(docs + "/pictures/verification-order.svg", orderPlot(rows()));
     writeAll(docs + "/pictures/verification-cups.svg", meridianPlot());
     writeAll(docs + "/pictures/verification-square-cup.svg", squareCupPlot());
-    writeAll(docs + "/verification.md", document);
 }
 
 } // namespace
 
 int main(int argc, char ** argv)
 {
-    if (argc != 2)
+    if (argc != 2 && argc != 3)
     {
-        std::fprintf(stderr, "use: verification-tables DOCS\n");
+        std::fprintf(stderr, "use: verification-tables DOCS [PREFIX]\n");
         return 2;
     }
     try
     {
-        writeTables(argv[1]);
+        writeTables(argv[1], argc == 3 ? argv[2] : "");
     }
     catch (std::exception const & error)
     {

@@ -143,7 +143,8 @@ private:
 
     bool findStresses()
     {
-        auto const curvatures = geometry::pointCurvatures(m_whole.mesh, m_points, m_problem.symmetry, rimSides());
+        auto const curvatures = geometry::pointCurvatures(m_whole.mesh, m_points, m_problem.symmetry, rimSides(),
+                                                          geometry::BendEnds::Sharp);
         m_resultants.resize(m_points.points.size());
         for (std::size_t q = 0; q < m_points.points.size(); ++q)
         {

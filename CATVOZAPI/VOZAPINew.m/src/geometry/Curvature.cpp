@@ -27,7 +27,7 @@ constexpr double kFoldCosine = 0.5; // 60 degrees
 constexpr double kSymmetryCosine = 0.5;
 constexpr double kCornerCosine = 0.5;
 constexpr double kUneven = 0.25;          // share of a node's turning below which a cell counts more
-constexpr double kGreatestWeight = 1.0e6; // of a flat
+constexpr double kGreatestWeight = 1.0e4; // of a flat: noise in two flats must not decide a crease between them
 constexpr double kLeastTurning = 1.0e-18; // square of an angle: less is rounding
 
 std::size_t at(int i)

@@ -20,6 +20,7 @@ namespace
 {
 
 constexpr double kAcceptable = 1.0e-5; // residual at which a shape is still given, with a warning
+constexpr double kRounding = 1.0e-9;   // of a load step: no step of its own for what ten tenths leave of one
 constexpr int kPatience = 8;           // steps without a lower residual
 constexpr double kHopeless = 1.0e8;    // residual at which a load step is given up
 
@@ -68,7 +69,8 @@ private:
         double step = m_settings.firstLoadStep;
         while (m_outcome.load < 1.0)
         {
-            double const load = std::min(1.0, m_outcome.load + step);
+            double const left = 1.0 - m_outcome.load;
+            double const load = step * (1.0 + kRounding) < left ? m_outcome.load + step : 1.0;
             SheetState const last = m_state;
             Step const result = balance(load);
             if (result == Step::Stopped)
@@ -114,8 +116,10 @@ private:
             if (residual < 0.5 * least)
                 lastGain = step;
             least = std::min(least, residual);
-            if (step == m_settings.maxSteps || step - lastGain >= kPatience)
+            if (step - lastGain >= kPatience) // as low as it gets
                 return residual <= kAcceptable ? Step::Nearly : Step::Lost;
+            if (step == m_settings.maxSteps)
+                return Step::Lost;
             if (!advance())
                 return Step::Lost;
         }

@@ -33,6 +33,8 @@ constexpr double kFoldShare = 0.9; // of the way to the first fold
 constexpr double kArmijo = 1.0e-4;
 constexpr double kDecrement = 1.0e-2, kWayDecrement = 0.2; // sqrt(-slope/E) at which a run ends
 constexpr double kNearDecrement = 0.3; // a full step from here leads below that of the way: no need to look
+constexpr double kFarDecrement = 0.3;  // steps from farther away may be lengthened
+constexpr double kLengthening = 1.25;
 constexpr int kGreatestSteps = 60, kHalvings = 30;
 
 std::size_t at(int i)
@@ -209,7 +211,42 @@ double SymmetricDirichlet::greatestStep(std::span<Vec2 const> i_flat, std::span<
     double least = std::numeric_limits<double>::infinity();
     for (IntegrationPoint const & point : m_piece.points.points)
         least = std::min(least, firstFold(inverseGradient(point, i_flat), inverseGradient(point, i_step)));
-    return std::min(1.0, kFoldShare * least);
+    return kFoldShare * least;
+}
+
+// Armijo's rule from the full step down; where the full step is granted, longer ones as long as the energy falls: far
+// from the answer, where nearly folded points rule, the step of Newton's method is much too short. 0: no step lowers
+// the energy.
+double SymmetricDirichlet::search(std::span<Vec2 const> i_flat, std::span<Vec2 const> i_step, double i_penalty,
+                                  double i_now, double i_slope, std::vector<Vec2> & o_trial, double & o_next) const
+{
+    auto const energyAt = [&](double i_factor, std::vector<Vec2> & o_flat)
+    {
+        for (std::size_t i = 0; i < o_flat.size(); ++i)
+            o_flat[i] = i_flat[i] + i_factor * i_step[i];
+        return energy(o_flat, i_penalty);
+    };
+    double const greatest = greatestStep(i_flat, i_step);
+    double factor = std::min(1.0, greatest);
+    for (int halving = 0; !((o_next = energyAt(factor, o_trial)) <= i_now + kArmijo * factor * i_slope); ++halving)
+    {
+        if (halving == kHalvings)
+            return 0.0;
+        factor *= 0.5;
+    }
+    if (factor < 1.0 || -i_slope < kFarDecrement * kFarDecrement * i_now)
+        return factor;
+    std::vector<Vec2> longer(o_trial.size());
+    while (kLengthening * factor <= greatest)
+    {
+        double const next = energyAt(kLengthening * factor, longer);
+        if (!(next < o_next))
+            break;
+        factor *= kLengthening;
+        o_next = next;
+        o_trial.swap(longer);
+    }
+    return factor;
 }
 
 int SymmetricDirichlet::minimise(double i_penalty, Aim i_aim, std::function<bool()> const & i_stop,
@@ -237,20 +274,15 @@ int SymmetricDirichlet::minimise(double i_penalty, Aim i_aim, std::function<bool
         double const decrement = slope < 0.0 ? std::sqrt(-slope / now) : 0.0;
         if (decrement < limit)
             return count;
-        double factor = greatestStep(io_flat, step), next = now;
-        for (int halving = 0;; ++halving, factor *= 0.5)
-        {
-            if (halving == kHalvings)
-                return count;
-            for (std::size_t i = 0; i < trial.size(); ++i)
-                trial[i] = io_flat[i] + factor * step[i];
-            next = energy(trial, i_penalty);
-            if (next <= now + kArmijo * factor * slope)
-                break;
-        }
+        double next = now;
+        double const factor = search(io_flat, step, i_penalty, now, slope, trial, next);
+        if (factor == 0.0)
+            return count;
+        // What the quadratic model missed is about half the slope that the next step would find.
+        double const left = std::sqrt(2.0 * std::abs(next - now - 0.5 * slope) / next);
         io_flat.swap(trial);
         now = next;
-        if (i_aim == Aim::OnTheWay && factor == 1.0 && decrement < kNearDecrement)
+        if (factor == 1.0 && (left < limit || (i_aim == Aim::OnTheWay && decrement < kNearDecrement)))
             return count + 1;
     }
     return kGreatestSteps;

@@ -40,6 +40,7 @@ private:
     void addPoint(geometry::IntegrationPoint const & i_point, std::span<geometry::Vec2 const> i_flat,
                   std::vector<double> & io_gradient, std::vector<double> & io_values) const;
     double greatestStep(std::span<geometry::Vec2 const> i_flat, std::span<geometry::Vec2 const> i_step) const;
+    // The factor of the step, the flat there and its energy.
     double search(std::span<geometry::Vec2 const> i_flat, std::span<geometry::Vec2 const> i_step, double i_penalty,
                   double i_now, double i_slope, std::vector<geometry::Vec2> & o_trial, double & o_next) const;
     void pin(std::span<geometry::Vec2 const> i_flat, double i_penalty, std::vector<double> & io_values) const;

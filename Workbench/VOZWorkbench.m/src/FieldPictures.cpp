@@ -115,11 +115,13 @@ std::string DrawValues(ValuePicture const & i_picture)
     }
     double const low = least ? values[*least] : 0.0;
     double const span = greatest ? values[*greatest] - low : 0.0;
+    // What the scale's own figures do not tell apart is rounding, and gets one colour.
+    bool const isEven = span < std::pow(10.0, -i_picture.decimals);
 
     std::vector<Colour> colours;
     colours.reserve(values.size());
     for (std::size_t e = 0; e < values.size(); ++e)
-        colours.push_back(isShown(e) ? ScaleColour(span > 0.0 ? (values[e] - low) / span : 0.5) : kHidden);
+        colours.push_back(isShown(e) ? ScaleColour(isEven ? 0.5 : (values[e] - low) / span) : kHidden);
     MeshPicture picture(i_picture.mesh, i_picture.nodes, kSize);
     picture.Draw(colours);
 

@@ -121,7 +121,7 @@ int main(int argc, char ** argv)
     {
         if (argc == 3 && std::strcmp(argv[1], "--log") == 0)
             return logOne(std::atoi(argv[2]));
-        if (argc == 2 || argc == 4)
+        if ((argc == 2 || argc == 4) && argv[1][0] != '-')
             return runAll(argv[1], argc == 4 ? std::atoi(argv[2]) : 1, argc == 4 ? std::atoi(argv[3]) : kRuns);
     }
     catch (std::exception const & error)

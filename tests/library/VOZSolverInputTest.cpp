@@ -338,6 +338,8 @@ TEST(BaseRecords, HaveTheirFieldsInTheirOrder)
 
 TEST_F(BaseInput, EveryAllocationThatFailsIsReportedByItsTextAndFailsTheRun)
 {
+    if (!FailingNew::reachesTheLibrary())
+        GTEST_SKIP() << "the library allocates by operators of its own here";
     binder = dome(2, 1, false);
     meshes[1] = &binder;
     meshCount = 2;
@@ -389,6 +391,8 @@ TEST_F(BaseInput, EveryAllocationThatFailsIsReportedByItsTextAndFailsTheRun)
 // Without conditions all such allocations are the filling's own: none may be lost unnoticed.
 TEST_F(BaseInput, NoAllocationOfTheFillingFailsUnnoticed)
 {
+    if (!FailingNew::reachesTheLibrary())
+        GTEST_SKIP() << "the library allocates by operators of its own here";
     property.material(1)->m_nNumPoints = 2;
     property.material(1)->m_padPoints = new double[4]{0.0, 150e6, 0.5, 400e6};
     int number = 0;

@@ -291,6 +291,8 @@ TEST_F(WaysToSolve, AutoStrainWithoutAPointIsAskedForAllTheSame)
 
 TEST_F(WaysToSolve, ALostAutoStrainRecordIsReportedAndFails)
 {
+    if (!FailingNew::reachesTheLibrary())
+        GTEST_SKIP() << "the library allocates by operators of its own here";
     property.setAutoStrain(nullptr, nullptr, 1.0, 0.0, 0.0, true);
     std::vector<std::string> const lostRecord = {"AssertionFailed:psAutoBCData"};
     bool isFound = false;

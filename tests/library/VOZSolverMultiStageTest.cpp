@@ -47,6 +47,8 @@ TEST_F(Stage, ItsFieldsLieBehindTheBasesInTheirOrder)
 
 TEST_F(Stage, ALostJobRecordIsReportedAndNothingRuns)
 {
+    if (!FailingNew::reachesTheLibrary())
+        GTEST_SKIP() << "the library allocates by operators of its own here";
     FailingNew const failing(1);
     StageProbe lost;
     EXPECT_THAT(reported(), ElementsAre("AssertionFailed:m_psIOData"));
@@ -286,6 +288,8 @@ TEST_F(Stage, NothingIsFilledWithoutWhatItTakes)
 
 TEST_F(Stage, EveryAllocationThatFailsIsReportedByItsTextAndFailsTheFilling)
 {
+    if (!FailingNew::reachesTheLibrary())
+        GTEST_SKIP() << "the library allocates by operators of its own here";
     giveBinder();
     property.material(1)->m_nNumPoints = 2;
     property.material(1)->m_padPoints = new double[4]{0.0, 150e6, 0.5, 400e6};

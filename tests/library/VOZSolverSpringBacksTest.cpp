@@ -144,6 +144,8 @@ TEST_F(SpringBacks, MissingDisplacementsStopTheRunWithTheirAssertion)
 
 TEST_F(SpringBacks, ALostShapeIsReported)
 {
+    if (!FailingNew::reachesTheLibrary())
+        GTEST_SKIP() << "the library allocates by operators of its own here";
     // every allocation of the preparation in turn: the one of the shape reports itself, and no run goes on
     bool found = false;
     for (int number = 1; number < 60 && !found; ++number)
@@ -375,6 +377,8 @@ TEST_F(SpringBacks, AStageWithoutConditionsGetsThem)
 
 TEST_F(SpringBacks, LostListsAreReported)
 {
+    if (!FailingNew::reachesTheLibrary())
+        GTEST_SKIP() << "the library allocates by operators of its own here";
     hold({2}, true, 0.0, true, 0.0);
     prepare();
     {

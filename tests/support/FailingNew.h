@@ -13,6 +13,9 @@ public:
     FailingNew(FailingNew const &) = delete;
     FailingNew & operator=(FailingNew const &) = delete;
 
+    // A shared library of Windows keeps to its own operators, whatever the program has.
+    static bool reachesTheLibrary();
+
     bool refused() const; // whether there were so many
 };
 

@@ -215,7 +215,8 @@ TEST_F(BaseConditions, PadRowsThatAreNoElementsOrMissingAreLeftOut)
     ASSERT_EQ(driver.SetPressurePads(), 0);
     EXPECT_THAT(rowsOf(record.m_padPressureFrictionValues, 5), ElementsAre(0.0, 2e6 * 0.12, 0.0, 0.0, 0.0));
 
-    property.setPressurePad(); // the rows are another's now: only sizes and values come back
+    ElemProperty const keeper(property);
+    property.setPressurePad(); // the rows are the keeper's now: only sizes and values come back
     property.setNbPressurePads(1);
     property.pressPadSize(new int[2]{0, 4});
     EXPECT_EQ(driver.SetPressurePads(), 0);

@@ -24,10 +24,9 @@ public:
 
     void SetNodeCoord(int i_nNode, double * i_adCoord); // 3 coordinates; a node that is not there is ignored
     double const * GetNodeCoord(int i_nNode) const;     // null for a node that is not there
-    int (*GetElements() const)[4]
-    {
-        return m_anElements;
-    } // four node ids, -1 as the fourth of a triangle; the mesh's own
+    // A row of four node ids per element, -1 as the fourth of a triangle; the mesh's own, for the caller to fill. Null
+    // without a table, and where the count of elements was changed after the table was made.
+    int (*GetElements() const)[4] { return m_nAllocatedElements == m_nNumElements ? m_anElements : nullptr; }
 
 protected:
     VOZAPIMesh();

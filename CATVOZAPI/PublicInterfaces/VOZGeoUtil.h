@@ -11,7 +11,8 @@ public:
     VOZGeoUtil() = delete;
 
     // A right-handed frame of unit axes whose third is along i_adVector; for (0, 0, 1) the identity. The first axis is
-    // the x axis less its part along the vector, the y axis for a vector along x. A vector of no length: the identity.
+    // the x axis less its part along the vector, the y axis for a vector along x. A vector of no length, or no finite
+    // one: the identity.
     static void EvalLocalCoordSystemMatrix(double const * i_adVector, double * o_adMatrix);
 
     // In place. A point of the frame with that origin to global coordinates, and back.
@@ -21,12 +22,14 @@ public:
     static double EvalLength3D(double const * i_adVector);
 
     // What normalises the polyline's size: (point - offsets) * scale lies in the unit cube, one side of which it fills.
-    // The scale is 0 for no points and for points all in one place.
+    // The scale is 0 for no points, for points all in one place and where a coordinate is not finite; the offsets are 0
+    // for no points and in that last case.
     static void EvalScaleParametersForPolyline3D(int i_nNum, double const * i_padPoints, double & o_dScale,
                                                  double * o_adOffsets);
 
     // The polyline less the points that lie within i_dTolerance of what is left of it; the first and the last stay, and
-    // the order. o_padNewPoints is new, by new[], the caller's; null, with the count 0, for no points.
+    // the order. A negative tolerance drops none, and a point that is no number stays. o_padNewPoints is new, by new[],
+    // the caller's; null, with the count 0, for no points. n log n on outlines, n^2 at worst.
     // Source: Douglas and Peucker, Cartographica 10 (1973) 112.
     static void DeletePointsPolyline3D(int i_nNum, double const * i_padPoints, double i_dTolerance, int & o_nNewNum,
                                        double *& o_padNewPoints);

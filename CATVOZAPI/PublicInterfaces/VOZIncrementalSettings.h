@@ -15,9 +15,11 @@ class CATUnicodeString;
 class ExportedByVOZAPINew VOZIncrementalSettings
 {
 public:
-    VOZIncrementalSettings();
-    VOZIncrementalSettings(VOZIncrementalSettings const & i_other); // deep; neither id nor parent
-    VOZIncrementalSettings & operator=(VOZIncrementalSettings const & i_other);
+    static constexpr int kType = 1; // of this kind of record
+
+    VOZIncrementalSettings(); // every field as docs/incremental-settings.md lists it, no name, id 0
+    VOZIncrementalSettings(VOZIncrementalSettings const & i_other);             // deep; neither id nor parent
+    VOZIncrementalSettings & operator=(VOZIncrementalSettings const & i_other); // deep; keeps its own id and parent
     virtual ~VOZIncrementalSettings();
 
     virtual VOZIncrementalSettings * Clone() const; // the caller deletes it
@@ -27,7 +29,7 @@ public:
     virtual void SetParent(VOZIncrementalSettings * i_pParent); // lent
     virtual VOZIncrementalSettings * GetParent() const;
 
-    // Gives the record i_nNum output points and a copy of their positions.
+    // Gives the record i_nNum output points and a copy of their positions; without positions it has none.
     void SetOutputPositions(int i_nNum, double const * i_padPositions);
 
     VOZString m_strName;

@@ -21,13 +21,17 @@ public:
     VOZDynaResults & operator=(VOZDynaResults const &) = delete;
     virtual ~VOZDynaResults();
 
-    bool ReadRecord(std::FILE * i_pStream); // the next one; true when it was read whole
+    // The next one in place of the last one; true when it was read whole. What is missing, no count above 0, or more
+    // than there is memory for ends it there; only the latter two are broken contracts. No more memory is asked for
+    // than twice what the stream holds, whatever its counts say.
+    bool ReadRecord(std::FILE * i_pStream);
 
-    // Leaves the record with that step number in the members: 1, or 0 if it is not among the first m_nMaxRecords.
-    // Reads all records ahead of it.
+    // Leaves the record with that step number in the members: 1, or 0 if it is not among the first m_nMaxRecords, or
+    // the file cannot be opened. Reads all records ahead of it. A record that breaks off counts as found if its number
+    // was still there, and what comes behind a broken one is read as the next.
     int ReadStep(int i_nStep);
 
-    // The record; its arrays are owned by the reader, null where they were not read.
+    // The record; its arrays are owned by the reader, null where they were not read whole.
     float * m_padStrainComponentsMid;
     float * m_padStrainComponentsTop;
     float * m_padStrainComponentsBot;
@@ -43,6 +47,8 @@ public:
 
 private:
     void FreeArrays();
+    bool ReadMesh(std::FILE * i_pStream);
+    bool ReadComponents(std::FILE * i_pStream);
 };
 
 #endif

@@ -20,7 +20,9 @@
 #include <cstdio>
 
 class VOZAPIMesh;
+class VOZDynaResults;
 class VOZIncrementalSettings;
+class VOZMaterial;
 
 class ExportedByVOZDravo VOZSolverIncremental : public VOZSolver
 {
@@ -36,8 +38,10 @@ public:
     // Starts the launcher, which lies beside this library, and does not wait.
     long RunLSDyna() override;
 
-    // Reads the current step out of "output.voz"; needs nothing of Run. Null asks for the mesh alone (GetResultMesh);
-    // three stores that are sized for that mesh are filled: displacements 0, the rest from the record.
+    // Reads the current step (9 to begin with) out of "output.voz"; needs nothing of Run. Null asks for the mesh alone
+    // (GetResultMesh), in mm; three stores that are sized for that mesh are filled: displacements 0, the rest from the
+    // record, of which 4 integration points per element are expected (SetNbIntegrationPoints). What the record lacks
+    // reads as 0. Each call makes a new mesh: the one of the last call is the solver's, earlier ones are the caller's.
     long GetResults(Result ** io_apLayers) override;
 
     // The time step in seconds that mass scaling keeps: of the smallest element that refinement makes, at most
@@ -51,11 +55,10 @@ public:
     static void EvalOutputTimeIntervals(double i_dPunchStroke, double i_dPunchVelocity, double i_dPunchAcceleration,
                                         int i_nNumPoints, double const * i_padPunchPositions, double *& o_padPoints);
 
-    double EvalEquStress(double i_dEquStrain) const; // Pa
+    // Of the blank, Pa: the table of the material, held at its ends; without one the power law, straight below a strain
+    // of 0.02 and steeper above 0.7.
+    double EvalEquStress(double i_dEquStrain) const;
 
-    using VOZSolver::SetBoundaryConditions;
-
-protected:
     // The blocks of the deck, each a slot of its own so that a variant of the product can replace one card group.
     virtual void WriteTitleBlock();
     virtual void WriteControlCardsData();
@@ -102,14 +105,20 @@ protected:
     long Write(double, double, double, double, double, double, double, double, double, double, int, double, int, int,
                double, double, double, double, double);
 
-    void EvalToolsPosition() {}
-    long GetWorkingFolder();
-    long SetMesh();
-    long GetMeshDisplayName();
-    VOZAPIMesh * CreateAPIMesh(VOZCatMesh * i_pMesh); // new, the caller deletes it
-    long GetTemplateSettings();
+    // The steps of Run that come before the deck, in their order.
+    long GetWorkingFolder();          // and makes it, where the part has a name; whether that went well shows later
+    long SetMesh();                   // finds the roles; after a failure the meshes seen by then stay changed
+    long GetMeshDisplayName();        // the four names
+    long GetTemplateSettings();       // a name that the database does not have leaves the record's defaults
     unsigned char GetMatProperties(); // 1 if the material list has the material
-    void PunchStrokeAsDZmax();
+    void PunchStrokeAsDZmax();        // the way that the die leaves to the punch along z
+    VOZAPIMesh * CreateAPIMesh(VOZCatMesh * i_pMesh); // new, the caller deletes it; null without memory
+
+protected:
+    VOZSolverIncremental(VOZSolverIncremental const &) = delete;
+    VOZSolverIncremental & operator=(VOZSolverIncremental const &) = delete;
+
+    void EvalToolsPosition() {} // the tools stay where their meshes are
 
     CATUnicodeString m_strWorkingFolder;
     CATUnicodeString m_astrMeshFiles[4]; // of the mesh at that place of the array
@@ -190,7 +199,15 @@ protected:
     VOZIncrementalSettings * m_pSettings; // owned
 
 private:
-    void EvalProcessNumbers();
+    void EvalToolOffsets();
+    void EvalKinematics();
+    void EvalAdaptivity();
+    void EvalCardValues();
+    void KeepTable(VOZMaterial const & i_material);
+    bool TakeRole(VOZCatMesh & io_mesh, double i_dAlongTipping);
+    void WriteMeshFile(VOZCatMesh * i_pMesh, int i_nPart);
+    long KeepResultMesh(VOZDynaResults const & i_record);
+    long KeepComponents(VOZDynaResults const & i_record);
 };
 
 #endif

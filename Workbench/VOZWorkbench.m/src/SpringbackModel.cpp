@@ -1,7 +1,8 @@
-// SpringbackModel.cpp: the whole part, and the figures of its springback.
+// SpringbackModel.cpp: the figures of a springback.
 
 #include "SpringbackModel.h"
 
+#include "PointMath.h"
 #include "Route.h"
 
 #include <algorithm>
@@ -12,95 +13,9 @@ namespace voz::workbench
 
 namespace
 {
-constexpr double kOnPlane = 1e-5;      // of the part's size: a node so near to a plane of symmetry lies on it
 constexpr double kNoForming = 1e-9;    // of the part's size: less than this is no springback
 constexpr double kInward = 1e-3;       // of the part's size: how far from a rim the section stays
 constexpr double kPictureShare = 0.08; // of the section's size: how large the largest deviation is drawn
-
-double SizeOf(VOZCatMesh const & i_mesh)
-{
-    Point3 low{INFINITY, INFINITY, INFINITY};
-    Point3 high{-INFINITY, -INFINITY, -INFINITY};
-    for (int n = 1; n <= i_mesh.numNode(); ++n)
-        for (std::size_t c = 0; c < 3; ++c)
-        {
-            low[c] = std::min(low[c], i_mesh.GetNodeData()[n][c]);
-            high[c] = std::max(high[c], i_mesh.GetNodeData()[n][c]);
-        }
-    return std::hypot(high[0] - low[0], high[1] - low[1], high[2] - low[2]);
-}
-
-Point3 NodeOf(VOZCatMesh const & i_mesh, int i_position)
-{
-    double const * const p = i_mesh.GetNodeData()[i_position];
-    return {p[0], p[1], p[2]};
-}
-
-Point3 AxisOf(VOZCatAxis const & i_frame, int i_axis)
-{
-    return {i_frame.axis(i_axis, 0), i_frame.axis(i_axis, 1), i_frame.axis(i_axis, 2)};
-}
-
-double Dot(Point3 const & a, Point3 const & b)
-{
-    return a[0] * b[0] + a[1] * b[1] + a[2] * b[2];
-}
-
-double Length(Point3 const & a)
-{
-    return std::hypot(a[0], a[1], a[2]);
-}
-
-// Adds the image in the plane through the frame's origin with the normal of one axis.
-WholePart Doubled(WholePart const & i_half, VOZCatAxis const & i_frame, int i_axis)
-{
-    VOZCatMesh const & half = i_half.mesh;
-    Point3 const normal = AxisOf(i_frame, i_axis);
-    Point3 const origin{i_frame.origin(0), i_frame.origin(1), i_frame.origin(2)};
-    double const tolerance = kOnPlane * SizeOf(half);
-    WholePart whole;
-    whole.nodeOf = i_half.nodeOf;
-    whole.mirrored = i_half.mirrored;
-    std::vector<int> image(static_cast<std::size_t>(half.numNode()) + 1, 0);
-    std::vector<Point3> added;
-    for (int n = 1; n <= half.numNode(); ++n)
-    {
-        auto const i = static_cast<std::size_t>(n);
-        Point3 p = NodeOf(half, n);
-        double const distance = Dot(p, normal) - Dot(origin, normal);
-        image[i] = n;
-        if (std::abs(distance) <= tolerance)
-            continue;
-        for (std::size_t c = 0; c < 3; ++c)
-            p[c] -= 2.0 * distance * normal[c];
-        added.push_back(p);
-        image[i] = half.numNode() + static_cast<int>(added.size());
-        whole.nodeOf.push_back(i_half.nodeOf[i - 1]);
-        whole.mirrored.push_back(i_half.mirrored[i - 1] ^ (1U << i_axis));
-    }
-    whole.mesh = VOZCatMesh(half.numNode() + static_cast<int>(added.size()), 2 * half.numElem());
-    double(*const nodes)[3] = whole.mesh.GetNodeData();
-    for (int n = 1; n <= half.numNode(); ++n)
-        std::copy_n(half.GetNodeData()[n], 3, nodes[n]);
-    for (std::size_t k = 0; k < added.size(); ++k)
-        std::ranges::copy(added[k], nodes[static_cast<std::size_t>(half.numNode()) + 1 + k]);
-    int(*const elements)[4] = whole.mesh.GetElemData();
-    for (int e = 1; e <= half.numElem(); ++e)
-    {
-        int(&row)[4] = elements[e];
-        int(&other)[4] = elements[half.numElem() + e];
-        for (int k = 0; k < 4; ++k)
-            row[k] = half.ElementValue(e, k);
-        bool const isTriangle = row[0] == row[3];
-        int const turned[4] = {0, isTriangle ? 2 : 3, isTriangle ? 1 : 2,
-                               isTriangle ? 0 : 1}; // a mirror turns the sense
-        for (int k = 0; k < 4; ++k)
-            other[k] = image[static_cast<std::size_t>(row[turned[k]])];
-    }
-    whole.elementOf = i_half.elementOf;
-    whole.elementOf.insert(whole.elementOf.end(), i_half.elementOf.begin(), i_half.elementOf.end());
-    return whole;
-}
 
 // All nodes (elements) of the whole that stand for one of the model's.
 std::vector<int> Images(std::vector<int> const & i_positions, std::vector<int> const & i_modelOf)
@@ -128,10 +43,9 @@ std::vector<double> NodeAreas(SpringbackOutcome const & i_springback)
         Point3 const b = NodeOf(mesh, mesh.ElementValue(e, 1));
         Point3 const c = NodeOf(mesh, mesh.ElementValue(e, 2));
         Point3 const d = corners == 3 ? a : NodeOf(mesh, mesh.ElementValue(e, 3));
-        Point3 const u{c[0] - a[0], c[1] - a[1], c[2] - a[2]};
-        Point3 const v = corners == 3 ? Point3{b[0] - a[0], b[1] - a[1], b[2] - a[2]}
-                                      : Point3{d[0] - b[0], d[1] - b[1], d[2] - b[2]};
-        Point3 const cross{u[1] * v[2] - u[2] * v[1], u[2] * v[0] - u[0] * v[2], u[0] * v[1] - u[1] * v[0]};
+        Point3 const cross = corners == 3
+                                 ? Cross(Difference(b, a), Difference(c, a)) // half the diagonals' product else
+                                 : Cross(Difference(c, a), Difference(d, b));
         for (int k = 0; k < corners; ++k)
             areas[static_cast<std::size_t>(mesh.ElementValue(e, k)) - 1] += 0.5 * Length(cross) / corners;
     }
@@ -194,7 +108,7 @@ SectionPlane ChosenSection(SpringbackOutcome const & i_springback, VOZCatAxis co
         middle += Dot(NodeOf(i_springback.part, n), section.normal) / i_springback.part.numNode();
     double const inward = middle > Dot(section.point, section.normal) ? 1.0 : -1.0;
     for (std::size_t c = 0; c < 3; ++c) // the largest deviation is often on the rim, which a plane would only touch
-        section.point[c] += inward * kInward * SizeOf(i_springback.part) * section.normal[c];
+        section.point[c] += inward * kInward * BoxOf(i_springback.part).Diagonal() * section.normal[c];
     return section;
 }
 
@@ -208,36 +122,6 @@ double RoundExaggeration(double i_value)
     return power * (first >= 5.0 ? 5.0 : first >= 2.0 ? 2.0 : 1.0);
 }
 } // namespace
-
-WholePart MakeWhole(VOZCatMesh const & i_model, VOZCatAxis const & i_frame, Symmetry const & i_symmetry)
-{
-    WholePart part;
-    part.mesh = i_model;
-    for (int n = 0; n < i_model.numNode(); ++n)
-        part.nodeOf.push_back(n);
-    for (int e = 0; e < i_model.numElem(); ++e)
-        part.elementOf.push_back(e);
-    part.mirrored.assign(part.nodeOf.size(), 0U);
-    if (i_symmetry.yzSymmetry())
-        part = Doubled(part, i_frame, 0);
-    if (i_symmetry.xzSymmetry())
-        part = Doubled(part, i_frame, 1);
-    return part;
-}
-
-Point3 ImageOf(Point3 i_vector, unsigned i_mirrored, VOZCatAxis const & i_frame)
-{
-    for (int axis = 0; axis < 2; ++axis)
-    {
-        if ((i_mirrored >> axis & 1U) == 0)
-            continue;
-        Point3 const normal = AxisOf(i_frame, axis);
-        double const along = Dot(i_vector, normal);
-        for (std::size_t c = 0; c < 3; ++c)
-            i_vector[c] -= 2.0 * along * normal[c];
-    }
-    return i_vector;
-}
 
 SpringbackSelections SelectForSpringback(Job const & i_job, JobModel const & i_model, WholePart const & i_whole)
 {
@@ -272,7 +156,7 @@ void FinishSpringback(Job const & i_job, JobModel const & i_model, VOZCatAxis co
     io_springback.figuresBefore = FiguresOf(io_springback.before, areas);
     if (!io_springback.after.empty())
         io_springback.figuresAfter = FiguresOf(io_springback.after, areas);
-    double const size = SizeOf(io_springback.part);
+    double const size = BoxOf(io_springback.part).Diagonal();
     if (!(io_springback.figuresBefore.largest > kNoForming * size))
         throw SolverError("springback: the solver found no forming to unload; the sprung shape would be the part");
     TellPoints(i_job, i_model, io_springback);

@@ -5,6 +5,8 @@
 #ifndef DECKJOBS_H
 #define DECKJOBS_H
 
+#include "GoldenText.h"
+
 #include "ElemProperty.h"
 #include "Material.h"
 #include "Mesh.h"
@@ -17,9 +19,6 @@
 
 #include <array>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -34,30 +33,10 @@ inline fs::path goldenFolder()
     return fs::path(VOZ_SOURCE_DIR) / "tests" / "golden" / "deck";
 }
 
-// The bytes; where text mode writes CR LF, without the CRs: goldens have none.
-inline std::string readFile(fs::path const & path)
-{
-    std::ifstream stream(path, std::ios::binary);
-    std::string text((std::istreambuf_iterator<char>(stream)), std::istreambuf_iterator<char>());
-#if defined(_WIN32)
-    std::erase(text, '\r');
-#endif
-    return text;
-}
-
-inline void writeFile(fs::path const & path, std::string const & text)
-{
-    std::ofstream(path, std::ios::binary) << text;
-}
-
-inline std::vector<std::string> linesOf(std::string const & text)
-{
-    std::vector<std::string> lines;
-    std::istringstream stream(text);
-    for (std::string line; std::getline(stream, line);)
-        lines.push_back(line);
-    return lines;
-}
+using goldentext::firstDifference;
+using goldentext::linesOf;
+using goldentext::readFile;
+using goldentext::writeFile;
 
 // The lines between a block's label and its separator.
 inline std::vector<std::string> blockOf(std::string const & deck, std::string const & label)
@@ -73,21 +52,6 @@ inline std::vector<std::string> blockOf(std::string const & deck, std::string co
         inside = inside || line == label;
     }
     return block;
-}
-
-// The first line in which two texts differ, with visible blanks; empty if they are equal.
-inline std::string firstDifference(std::string const & wanted, std::string const & got)
-{
-    if (wanted == got)
-        return {};
-    std::vector<std::string> const left = linesOf(wanted);
-    std::vector<std::string> const right = linesOf(got);
-    std::size_t i = 0;
-    while (i < left.size() && i < right.size() && left[i] == right[i])
-        ++i;
-    auto const shown = [i](std::vector<std::string> const & lines)
-    { return i < lines.size() ? "[" + lines[i] + "]" : std::string("(no line, or another end)"); };
-    return "line " + std::to_string(i + 1) + "\n  wanted " + shown(left) + "\n  got    " + shown(right);
 }
 
 class Job

@@ -1,4 +1,4 @@
-// SolverDeck.h: the writer of the one-step deck, between its two sources.
+// SolverDeck.h: the body of the one-step deck, between its two sources.
 //
 // SolverDeckFront.cpp holds the frame of the deck, its control lines, nodes and elements; SolverDeckTables.cpp all
 // blocks behind them. Numbers of nodes and elements are positions; lengths are in inches, all else as it is held.
@@ -6,10 +6,9 @@
 #ifndef SOLVERDECK_H
 #define SOLVERDECK_H
 
-#include <cstddef>
+#include "DeckWriter.h"
+
 #include <cstdio>
-#include <cstring>
-#include <memory>
 #include <string_view>
 
 class ElemProperty;
@@ -25,50 +24,6 @@ class Solver;
 class Symmetry;
 class VOZCatAxis;
 class VOZCatMesh;
-
-// Rows of a text file, gathered in a block of memory and handed to the stream in one piece. A stream that refuses them
-// is not noticed here: who needs the file looks at it afterwards.
-class DeckWriter
-{
-public:
-    explicit DeckWriter(std::FILE * i_file);
-    ~DeckWriter() { Flush(); }
-    DeckWriter(DeckWriter const &) = delete;
-    DeckWriter & operator=(DeckWriter const &) = delete;
-
-    void Text(std::string_view i_text)
-    {
-        if (i_text.size() > kBlockBytes - mUsed)
-            return LongText(i_text);
-        std::memcpy(mBlock.get() + mUsed, i_text.data(), i_text.size());
-        mUsed += i_text.size();
-    }
-    void Number(int i_value);
-    void Number(double i_value); // as FormatDeckDouble writes it
-    void Flush();
-
-    // One line: its fields with a blank between them. A field is an int, a double or literal text.
-    template <class First, class... Rest>
-    void Row(First const & i_first, Rest const &... i_rest)
-    {
-        Field(i_first);
-        ((Text(" "), Field(i_rest)), ...);
-        Text("\n");
-    }
-
-private:
-    void Field(int i_value) { Number(i_value); }
-    void Field(double i_value) { Number(i_value); }
-    void Field(std::string_view i_value) { Text(i_value); }
-    char * Reserve(std::size_t i_bytes);
-    void LongText(std::string_view i_text);
-
-    static constexpr std::size_t kBlockBytes = std::size_t{1} << 16;
-
-    std::FILE * mFile;
-    std::unique_ptr<char[]> mBlock;
-    std::size_t mUsed = 0;
-};
 
 // What one deck is written from.
 struct DeckJob

@@ -5,7 +5,6 @@
 
 #include "Solver.h"
 
-#include "DeckNumber.h"
 #include "MeshRows.h"
 #include "RowMath.h"
 #include "SolverDeck.h"
@@ -19,12 +18,10 @@
 #include "VOZFile.h"
 #include "VOZUserUnitBase.h"
 
-#include <charconv>
 #include <cstring>
 
 namespace
 {
-constexpr std::size_t kIntBytes = 16; // of the longest int as text
 constexpr float kLargeLoopRatio = 0.2f;
 
 // A block: its label, then its literal lines or what writes its rows, then a separator.
@@ -85,50 +82,6 @@ constexpr Block kBlocks[] = {
 // clang-format on
 static_assert(sizeof kSeparator == 25 && sizeof kBeadSeparator == 26, "24 asterisks, and 25 behind the beads");
 } // namespace
-
-// DeckWriter
-
-DeckWriter::DeckWriter(std::FILE * i_file) : mFile(i_file), mBlock(new char[kBlockBytes]) {}
-
-void DeckWriter::Flush()
-{
-    if (mUsed > 0)
-        static_cast<void>(std::fwrite(mBlock.get(), 1, mUsed, mFile));
-    mUsed = 0;
-}
-
-// Room for that many bytes at the end of the block; never more than the block holds.
-char * DeckWriter::Reserve(std::size_t i_bytes)
-{
-    if (kBlockBytes - mUsed < i_bytes)
-        Flush();
-    return mBlock.get() + mUsed;
-}
-
-// A text that does not fit behind what is there: piece by piece.
-void DeckWriter::LongText(std::string_view i_text)
-{
-    while (!i_text.empty())
-    {
-        Flush();
-        std::string_view const piece = i_text.substr(0, kBlockBytes);
-        std::memcpy(mBlock.get(), piece.data(), piece.size());
-        mUsed = piece.size();
-        i_text.remove_prefix(piece.size());
-    }
-}
-
-void DeckWriter::Number(int i_value)
-{
-    char * const at = Reserve(kIntBytes);
-    mUsed += static_cast<std::size_t>(std::to_chars(at, at + kIntBytes, i_value).ptr - at);
-}
-
-void DeckWriter::Number(double i_value)
-{
-    char * const at = Reserve(kDeckNumberSize);
-    mUsed += static_cast<std::size_t>(FormatDeckDouble(i_value, at));
-}
 
 // Solver
 

@@ -1,0 +1,254 @@
+// VOZDYNAWriter.cpp: a mesh as keyword cards: heads, nodes, elements, nodal thickness.
+//
+// Literal lines stand here byte for byte, their trailing blanks included. A row of nodes or elements costs what its
+// numbers cost: it is put together in a block of memory.
+
+#include "VOZDYNAWriter.h"
+
+#include "DeckWriter.h"
+#include "MeshRows.h"
+#include "Result.h"
+#include "VOZFile.h"
+
+#include <charconv>
+#include <cmath>
+
+namespace
+{
+constexpr int kDigits = 9; // of coordinates and thicknesses
+constexpr std::size_t kIdWidth = 8;
+
+// clang-format off
+constexpr char const * kTitle[] = {
+    "$..",
+    "$..",
+    "$..",
+    "$..",
+    "$..",
+    "$..          LS-DYNA DATA DECK IS GENERATED WITH VOZ TRANSLATOR MODULE",
+    "$..",
+    "$..",
+    "$..",
+    "$..",
+    "$..",
+};
+constexpr char const * kNodeTitle[] = {
+    "$---+----1----+----2----+----3----+----4----+----5----+----6----+----7----+----8",
+    "$                         NODAL POINT CARDS",
+    "$---+----1----+----2----+----3----+----4----+----5----+----6----+----7----+----8",
+};
+constexpr char const * kNodes[] = {
+    "*NODE",
+    "$   NODE               X               Y               Z      TC      RC",
+};
+constexpr char const * kShellTitle[] = { // this ruler ends in a blank
+    "$---+----1----+----2----+----3----+----4----+----5----+----6----+----7----+----8 ",
+    "$                       SHELL ELEMENT CARDS ",
+    "$---+----1----+----2----+----3----+----4----+----5----+----6----+----7----+----8 ",
+};
+constexpr char const * kShells[] = {
+    "*ELEMENT_SHELL ",
+    "$    EID     PID      N1      N2      N3      N4 ",
+};
+constexpr char const * kThickShells[] = {
+    "*ELEMENT_SHELL_THICKNESS ",
+    "$    EID     PID      N1      N2      N3      N4 ",
+    "$          THIC1           THIC2           THIC3           THIC4             PSI",
+};
+constexpr char const * kEnd[] = {
+    "*END",
+};
+// clang-format on
+
+template <std::size_t N>
+void WriteLines(std::FILE * stream, char const * const (&lines)[N])
+{
+    if (stream == nullptr)
+        return;
+    DeckWriter out(stream);
+    for (char const * const line : lines)
+        out.Row(std::string_view(line));
+}
+
+// The digits that the host's runtime gives a value that has none, on to their count with zeros; its position is 1.
+void SpellNoNumber(double value, int digits, char * o_digits)
+{
+    std::string_view const mark = std::isinf(value) ? "1#INF" : "1#QNAN";
+    for (std::size_t i = 0; i < static_cast<std::size_t>(digits); ++i)
+        o_digits[i] = i < mark.size() ? mark[i] : '0';
+}
+
+// "E", a sign, two digits or more. Returns the end.
+char * SpellExponent(int position, char * o_at)
+{
+    *o_at++ = 'E';
+    *o_at++ = position < 0 ? '-' : '+';
+    int const size = std::abs(position);
+    if (size < 10)
+        *o_at++ = '0';
+    return std::to_chars(o_at, o_at + 4, size).ptr;
+}
+
+// The value as a fraction below 1 and a power of ten; its exact value rounded to so many digits, a tie to the even
+// digit. Zero has the position 0. Returns the end; o_text has room for digits + 7 bytes.
+char * SpellFraction(double value, int digits, char * o_text)
+{
+    o_text[0] = std::signbit(value) ? '-' : ' ';
+    o_text[1] = '.';
+    char * const first = o_text + 2;
+    char * const end = first + digits;
+    if (!std::isfinite(value))
+    {
+        SpellNoNumber(value, digits, first);
+        return SpellExponent(1, end);
+    }
+    // "d.ddde+dd" with its point on ours, so that all digits but the first stand in their places already.
+    char * const mantissa = o_text + 1;
+    char * const last = o_text + digits + 7;
+    auto const [stop, error] =
+        std::to_chars(mantissa, last, std::fabs(value), std::chars_format::scientific, digits - 1);
+    static_cast<void>(error); // a double's exponent has three digits at most
+    char const * mark = digits > 1 ? end : mantissa + 1;
+    int exponent = 0;
+    for (char const * at = mark + 2; at < stop; ++at)
+        exponent = 10 * exponent + (*at - '0');
+    if (mark[1] == '-')
+        exponent = -exponent;
+    first[0] = mantissa[0];
+    mantissa[0] = '.';
+    return SpellExponent(value == 0.0 ? 0 : exponent + 1, end);
+}
+
+void WriteFraction(DeckWriter & out, double value)
+{
+    char * const at = out.Reserve(kDigits + 8);
+    out.Take(SpellFraction(value, kDigits, at));
+}
+
+// Number, part, corners by their labels as they are stored; a triangle has its third twice.
+void WriteShell(DeckWriter & out, int number, int part, int const * row)
+{
+    out.IntegerField(number, kIdWidth);
+    out.IntegerField(part, kIdWidth);
+    for (int k = 0; k < 3; ++k)
+        out.IntegerField(row[k], kIdWidth);
+    out.IntegerField(meshrows::isTriangle(row) ? row[2] : row[3], kIdWidth);
+    out.Text("\n");
+}
+} // namespace
+
+DYNAWriter::DYNAWriter(VOZCatMesh * i_pMesh, Result ** const i_apResults, int const & /*i_nThicknessPoints*/,
+                       char * i_strPath, VOZCatAxis * i_pAxis, int i_nPartId)
+    : m_pMesh(i_pMesh), m_apResults{}, m_nThicknessPoints(3),
+      m_pStream(i_strPath != nullptr ? VOZOpenFile(i_strPath, "w") : nullptr), m_pAxis(i_pAxis), m_nPartId(i_nPartId)
+{
+    for (int i = 0; i < 3; ++i)
+        m_apResults[i] = i_apResults != nullptr ? i_apResults[i] : nullptr;
+}
+
+DYNAWriter::~DYNAWriter()
+{
+    if (m_pStream != nullptr)
+        std::fclose(m_pStream);
+}
+
+void DYNAWriter::Write()
+{
+    if (m_pStream == nullptr)
+        return;
+    WriteTitleBlock();
+    WriteNodalPointCardsTitleBlock();
+    Write_NODE_Block();
+    WriteShellElementCardsTitleBlock();
+    if (m_apResults[0] == nullptr)
+        Write_ELEMENT_SHELL_Block();
+    else
+        Write_ELEMENT_SHELL_THICKNESS_Block();
+    WriteEndBlock();
+}
+
+void DYNAWriter::DoubleConvert(double const & i_dValue, int i_nDigits, char * o_text)
+{
+    if (o_text != nullptr)
+        *SpellFraction(i_dValue, i_nDigits < 1 ? 1 : i_nDigits, o_text) = '\0';
+}
+
+void DYNAWriter::WriteLine(char * i_strLine)
+{
+    if (m_pStream == nullptr || i_strLine == nullptr)
+        return;
+    DeckWriter out(m_pStream);
+    out.Row(std::string_view(i_strLine));
+}
+
+void DYNAWriter::WriteTitleBlock()
+{
+    WriteLines(m_pStream, kTitle);
+}
+
+void DYNAWriter::WriteNodalPointCardsTitleBlock()
+{
+    WriteLines(m_pStream, kNodeTitle);
+}
+
+void DYNAWriter::WriteShellElementCardsTitleBlock()
+{
+    WriteLines(m_pStream, kShellTitle);
+}
+
+void DYNAWriter::WriteEndBlock()
+{
+    WriteLines(m_pStream, kEnd);
+}
+
+void DYNAWriter::Write_NODE_Block()
+{
+    WriteLines(m_pStream, kNodes);
+    if (m_pStream == nullptr || m_pMesh == nullptr)
+        return;
+    meshrows::Rows const rows(*m_pMesh);
+    DeckWriter out(m_pStream);
+    for (int n = 1; n <= rows.numNode; ++n)
+    {
+        out.IntegerField(meshrows::labelOf(n, rows.firstNode), kIdWidth);
+        for (int c = 0; c < 3; ++c)
+        {
+            out.Text(" ");
+            WriteFraction(out, rows.nodes[n][c]);
+        }
+        out.Text("\n");
+    }
+}
+
+void DYNAWriter::Write_ELEMENT_SHELL_Block()
+{
+    WriteLines(m_pStream, kShells);
+    if (m_pStream == nullptr || m_pMesh == nullptr)
+        return;
+    meshrows::Rows const rows(*m_pMesh);
+    DeckWriter out(m_pStream);
+    for (int e = 1; e <= rows.numElem; ++e)
+        WriteShell(out, meshrows::labelOf(e, m_pMesh->GetFirstElementNumber()), m_nPartId, rows.elems[e]);
+}
+
+// The element's number is its position here, and a triangle's fourth thickness that of its fourth entry, the first.
+void DYNAWriter::Write_ELEMENT_SHELL_THICKNESS_Block()
+{
+    WriteLines(m_pStream, kThickShells);
+    if (m_pStream == nullptr || m_pMesh == nullptr)
+        return;
+    meshrows::Rows const rows(*m_pMesh);
+    DeckWriter out(m_pStream);
+    for (int e = 1; e <= rows.numElem; ++e)
+    {
+        WriteShell(out, e, m_nPartId, rows.elems[e]);
+        if (m_apResults[0] == nullptr)
+            continue;
+        for (int k = 0; k < 4; ++k)
+        {
+            out.Text(" ");
+            WriteFraction(out, m_apResults[0]->NodeThickness(rows.corner(e, k)));
+        }
+        out.Text("\n");
+    }
+}

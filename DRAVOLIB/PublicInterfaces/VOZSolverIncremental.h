@@ -17,7 +17,9 @@
 
 #include "VOZSolver.h"
 
+#include <cstddef>
 #include <cstdio>
+#include <initializer_list>
 
 class VOZAPIMesh;
 class VOZDynaResults;
@@ -99,6 +101,36 @@ public:
     void DoubleWriteEnd(double i_dValue, int i_nPrecision, int i_nWidth, int i_bFullDigits);
     void IntegerWrite(int i_nValue, int i_nWidth);
     void IntegerWriteEnd(int i_nValue);
+
+    // What the blocks are made of. The deck's usual field is 10 wide, of 3 digits behind the point; a curve's 20 and 9.
+    template <std::size_t N>
+    void WriteLines(char const * const (&i_aLines)[N])
+    {
+        for (char const * const line : i_aLines)
+            WriteLine(line);
+    }
+    void WriteText(char const * i_strText); // no line feed
+    void WriteReals(std::initializer_list<double> i_values);
+    void WriteIntegers(std::initializer_list<int> i_values);
+    void WriteCurveRow(double i_dAbscissa, double i_dOrdinate);
+    void WriteVectorCard(int i_nId, double i_dX, double i_dY, double i_dZ);
+    void WriteHeadLine(char const * i_strName, int i_nId, char const * i_strValue, double i_dValue);
+    void WriteInclude(char const * i_strName); // of the mesh
+    void WriteBlankPart();                     // set, part, material, section
+    void WriteAdaptivity();
+    enum Tool
+    {
+        kToolDie,
+        kToolPunch,
+        kToolBinder
+    };
+    void WriteTool(Tool i_tool, char const * i_strContact); // i_strContact: the keyword of its contact with the blank
+    void WriteDrive(Tool i_tool);                           // what moves it
+    char const * ContactKeyword() const;                    // by m_bSmoothContact
+
+    // Opens the file, writes all blocks in the order of the deck, closes it.
+    long WriteDeck(CATUnicodeString const & i_strPath);
+    void WriteBlocks();
 
     // Writes "inputls.dyn". Reads the members alone, whatever the arguments say: they are kept for callers built
     // against them.

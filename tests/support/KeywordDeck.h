@@ -1,8 +1,8 @@
 // KeywordDeck.h: reads an LS-DYNA keyword deck as a solver does: by the columns of each card, include files followed.
 //
-// Names and columns of the cards are those of the LS-DYNA Keyword User's Manual. A line over 80 columns, a keyword that
-// is not in the table, a card too many or too few, text outside the fields, and a field that is no number or runs into
-// the next one are refused with file and line.
+// Names and columns of the cards are those of the LS-DYNA Keyword User's Manual. A line over 80 columns (comments
+// aside, and names of include files, which may have 236), a keyword that is not in the table, a card too many or too
+// few, text outside the fields, and a field that is no number or runs into the next one are refused with file and line.
 //
 //     keyworddeck::Deck const deck(folder / "inputls.dyn");
 //     double const end = deck.one("CONTROL_TERMINATION").card(0).real("ENDTIM");
@@ -206,12 +206,12 @@ private:
 
     void take(Reading & io_reading, std::string const & i_line)
     {
-        std::string const file = io_reading.file.string();
-        bool const isInclude = io_reading.layout && io_reading.layout->keyword == "INCLUDE" && i_line[0] != '$';
-        if (i_line.size() > (isInclude ? kLongestInclude : kLongestLine))
-            throw DeckError(file, io_reading.line, "a line of " + std::to_string(i_line.size()) + " columns");
         if (!i_line.empty() && i_line[0] == '$')
             return;
+        std::string const file = io_reading.file.string();
+        bool const isName = io_reading.layout && io_reading.layout->keyword == "INCLUDE";
+        if (i_line.size() > (isName ? kLongestInclude : kLongestLine))
+            throw DeckError(file, io_reading.line, "a line of " + std::to_string(i_line.size()) + " columns");
         if (io_reading.ended)
             throw DeckError(file, io_reading.line, "data behind *END");
         if (!i_line.empty() && i_line[0] == '*')

@@ -6,17 +6,19 @@
 #include "VOZSolverIncremental.h"
 
 #include "KeywordLines.h"
+#include "SolverRows.h"
 
 #include "CATFatalError.h"
 #include "ElemProperty.h"
 #include "VOZGeoUtil.h"
 
+#include <algorithm>
 #include <memory>
-#include <vector>
+
+using solverrows::kMetresPerMillimetre;
 
 namespace
 {
-constexpr double kMetres = 0.001;           // per millimetre
 constexpr double kThinningTolerance = 0.01; // of the outline's size
 
 // clang-format off
@@ -135,36 +137,38 @@ static_assert(sizeof kPadName + sizeof kPadValue + sizeof kHeadEnd - 3 + 20 == 8
                   sizeof kBeadName == sizeof kPadName && sizeof kBeadValue == sizeof kPadValue,
               "a head's line has 80 characters with its two fields");
 
-// The outline in the stamping frame, flat: 3 doubles per point.
-std::vector<double> FlatOutline(double const * i_adTip, int i_nCount, double const * i_padPoints)
+// The outline as a plan in the stamping frame: 3 doubles per point, in place.
+void Flatten(double const * i_adTip, int i_nCount, double * padPoints)
 {
     double const origin[3] = {0.0, 0.0, 0.0};
     double matrix[9];
     VOZGeoUtil::EvalLocalCoordSystemMatrix(i_adTip, matrix);
-    std::vector<double> points(i_padPoints, i_padPoints + 3 * static_cast<std::ptrdiff_t>(i_nCount));
-    for (std::size_t i = 0; i < points.size(); i += 3)
+    if (!VOZ_ASSERTION(padPoints, "padPoints"))
+        return;
+    for (double * point = padPoints; point != padPoints + 3 * static_cast<std::ptrdiff_t>(i_nCount); point += 3)
     {
-        VOZGeoUtil::ConvertCoordGlobalToLocal(origin, matrix, &points[i]);
-        points[i + 2] = 0.0;
+        VOZGeoUtil::ConvertCoordGlobalToLocal(origin, matrix, point);
+        point[2] = 0.0;
     }
-    return points;
 }
 
-// The outline less the points on its straight stretches; as it is where a closed curve would degenerate.
-void Thin(std::vector<double> & io_points)
+// Drops the points on the outline's straight stretches; leaves it as it is where a closed curve would degenerate.
+void Thin(int & io_nCount, std::unique_ptr<double[]> & io_points)
 {
-    int const count = static_cast<int>(io_points.size() / 3);
-    double scale = 0.0;
+    double dScale = 0.0;
     double offsets[3] = {0.0, 0.0, 0.0};
-    VOZGeoUtil::EvalScaleParametersForPolyline3D(count, io_points.data(), scale, offsets);
-    if (!VOZ_ASSERTION(scale != 0.0, "dScale != 0.0"))
+    VOZGeoUtil::EvalScaleParametersForPolyline3D(io_nCount, io_points.get(), dScale, offsets);
+    if (!VOZ_ASSERTION(dScale != 0.0, "dScale != 0.0"))
         return;
-    int thinCount = 0;
-    double * thinPoints = nullptr;
-    VOZGeoUtil::DeletePointsPolyline3D(count, io_points.data(), kThinningTolerance / scale, thinCount, thinPoints);
-    std::unique_ptr<double[]> const owner(thinPoints);
-    if (VOZ_ASSERTION(thinPoints != nullptr, "padSmoothPointsXYZ") && thinCount > 3)
-        io_points.assign(thinPoints, thinPoints + 3 * static_cast<std::ptrdiff_t>(thinCount));
+    int nThin = 0;
+    double * padThin = nullptr;
+    VOZGeoUtil::DeletePointsPolyline3D(io_nCount, io_points.get(), kThinningTolerance / dScale, nThin, padThin);
+    std::unique_ptr<double[]> thin(padThin);
+    if (VOZ_ASSERTION(thin, "padSmoothPointsXYZ") && nThin > 3)
+    {
+        io_points.swap(thin);
+        io_nCount = nThin;
+    }
 }
 } // namespace
 
@@ -237,12 +241,17 @@ void VOZSolverIncremental::WriteXYforPressurePad(int i_nCount, double const * i_
 {
     if (!VOZ_ASSERTION(i_padPointsXYZ, "i_padPointsXYZ") || i_nCount <= 0)
         return;
-    std::vector<double> points = FlatOutline(m_adTippingVector, i_nCount, i_padPointsXYZ);
-    Thin(points);
-    for (std::size_t i = 0; i < points.size(); i += 3)
+    int count = i_nCount;
+    std::unique_ptr<double[]> points = solverrows::NewRows<double>(count, 3);
+    if (!VOZ_ASSERTION(points, "padPointsXYZ"))
+        return;
+    std::copy_n(i_padPointsXYZ, 3 * static_cast<std::ptrdiff_t>(count), points.get());
+    Flatten(m_adTippingVector, count, points.get());
+    Thin(count, points);
+    for (std::ptrdiff_t i = 0; i < count; ++i)
     {
-        DoubleWrite(points[i] * kMetres, 9, 20, 0);
-        DoubleWriteEnd(points[i + 1] * kMetres, 9, 20, 0);
+        DoubleWrite(points[3 * i] * kMetresPerMillimetre, 9, 20, 0);
+        DoubleWriteEnd(points[3 * i + 1] * kMetresPerMillimetre, 9, 20, 0);
     }
 }
 
@@ -293,7 +302,7 @@ void VOZSolverIncremental::WriteXYZDrawBead(int /*i_nSet*/, int i_nFirst, int * 
     {
         IntegerWrite(i_nFirst + i, 8);
         for (int k = 0; k < 3; ++k)
-            DoubleWrite(bead.xyz[3 * static_cast<std::ptrdiff_t>(i) + k] * kMetres, 8, 16, 0);
+            DoubleWrite(bead.xyz[3 * static_cast<std::ptrdiff_t>(i) + k] * kMetresPerMillimetre, 8, 16, 0);
         WriteEnd();
     }
     *io_nLast = i_nFirst + bead.xyzCount - 1;

@@ -50,7 +50,7 @@ public:
     static int System(char const * i_utf8);
 
     // Starts a program, whose name may stand in quotes, with parameters in a folder and does not wait. Above 32 on
-    // success. The child has no streams of this process.
+    // success. The child has no streams of this process, and an interrupt at this process's terminal does not reach it.
     static int ShellExecuteW(unsigned short const * i_program, unsigned short const * i_parameters,
                              unsigned short const * i_folder, int i_show);
 

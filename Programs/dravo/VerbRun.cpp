@@ -130,10 +130,14 @@ int Explain(RunArguments const & i_arguments)
     {
         nlohmann::json json = {{"schema", 1}, {"job", i_arguments.job}, {"values", nlohmann::json::array()}};
         for (OutcomeParameter const & parameter : job.parameters)
+        {
             json["values"].push_back({{"key", parameter.key},
                                       {"value", parameter.value},
                                       {"unit", parameter.unit},
                                       {"is_default", parameter.isDefault}});
+            if (!parameter.effect.empty())
+                json["values"].back()["effect"] = parameter.effect;
+        }
         PrintJson(json);
         return ExitDone;
     }
@@ -143,7 +147,8 @@ int Explain(RunArguments const & i_arguments)
     for (OutcomeParameter const & parameter : job.parameters)
         Console::Print(parameter.key + std::string(width + 2 - parameter.key.size(), ' ') + parameter.value +
                        (parameter.unit.empty() ? "" : " " + parameter.unit) +
-                       (parameter.isDefault ? "  (default)\n" : "\n"));
+                       (parameter.isDefault ? "  (default)" : "") +
+                       (parameter.effect.empty() ? "\n" : "  # " + parameter.effect + "\n"));
     return ExitDone;
 }
 

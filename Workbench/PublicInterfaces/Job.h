@@ -127,6 +127,22 @@ struct JobSpringback // the shape after the tools let go
     int line = 0;
 };
 
+struct JobIncremental // the route that leaves solving to an explicit solver
+{
+    std::string templateName; // of the settings database; empty: the settings record's own defaults
+    bool processFlag = false; // which of the settings' two punch velocities counts
+    int processMode = 2;      // -2 .. 2; of size 2 the stroke is one thickness shorter than the gap
+    int toolMode = 0;         // 1: contact takes punch and binder one thickness nearer to the sheet
+    double clearance = -1.0;  // mm, between punch and die besides the thickness; below 0: chosen
+    std::string blank;        // mesh paths that can be opened; empty: the mesh is made from the part
+    std::string die;
+    std::string punch;
+    std::string binder;
+    double unitLength = 0.0;   // mm per length unit of these files; 0: what the file says, else mm
+    bool isOpenSolver = false; // a variant of the deck for open solvers is written beside it
+    int line = 0;
+};
+
 struct JobLimits
 {
     double fldZero = 0.0; // percent
@@ -184,6 +200,7 @@ struct Job
     std::optional<JobBinder> binder;
     std::optional<JobAutoStrain> autoStrain;
     std::optional<JobSpringback> springback;
+    std::optional<JobIncremental> incremental;
     JobLimits limits;
     JobOutputs outputs;
     int steps = 1; // of the stroke, 1 to 3; 1: one step from the flat to the part

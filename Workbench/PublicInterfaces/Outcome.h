@@ -142,6 +142,7 @@ struct OutcomeParameter
     std::string value;
     std::string unit; // empty if it has none
     bool isDefault = false;
+    std::string effect = {}; // what the value does, where its name does not say it
 };
 
 struct OutcomeStage

@@ -250,6 +250,30 @@ TEST_F(Process, ShellExecuteStartsInTheFolderAndDoesNotWait)
     EXPECT_EQ(std::filesystem::weakly_canonical(mChildFolder), std::filesystem::weakly_canonical(folder.Path("work")));
 }
 
+#ifdef __linux__
+// What interrupts a terminal goes to the processes of its session.
+TEST_F(Process, ShellExecuteGivesTheChildASessionOfItsOwn)
+{
+    auto const session = [](std::string const & i_stat)
+    {
+        std::ifstream file(i_stat);
+        std::string word;
+        for (int i = 0; i < 6; ++i)
+            file >> word;
+        return word;
+    };
+    auto const name = CATUnicodeString("/bin/sh").ConvertToUTF16();
+    std::string const copy = "-c \"cat /proc/self/stat >got.part; mv got.part got\"";
+    auto const parameters = CATUnicodeString(copy.c_str()).ConvertToUTF16();
+    auto const work = CATUnicodeString(folder.Path("").c_str()).ConvertToUTF16();
+    EXPECT_GT(VOZProcess::ShellExecuteW(name.c_str(), parameters.c_str(), work.c_str(), VOZProcess::ShowMinimized), 32);
+    for (int i = 0; i < 500 && !std::filesystem::exists(folder.Path("got")); ++i)
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    ASSERT_NE(session(folder.Path("got")), "");
+    EXPECT_NE(session(folder.Path("got")), session("/proc/self/stat"));
+}
+#endif
+
 TEST_F(Process, ShellExecuteReportsAMissingProgramOrFolder)
 {
     auto const none = CATUnicodeString(folder.Path("missing").c_str()).ConvertToUTF16();

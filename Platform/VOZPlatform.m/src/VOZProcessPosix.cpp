@@ -97,6 +97,24 @@ private:
     posix_spawn_file_actions_t mActions = {};
 };
 
+// A session of its own: what interrupts this process at its terminal does not reach the child.
+class OwnSession
+{
+public:
+    OwnSession()
+    {
+        posix_spawnattr_init(&mAttributes);
+        posix_spawnattr_setflags(&mAttributes, POSIX_SPAWN_SETSID);
+    }
+    ~OwnSession() { posix_spawnattr_destroy(&mAttributes); }
+    OwnSession(OwnSession const &) = delete;
+    OwnSession & operator=(OwnSession const &) = delete;
+    posix_spawnattr_t const * Get() const { return &mAttributes; }
+
+private:
+    posix_spawnattr_t mAttributes = {};
+};
+
 bool dropSuffix(std::string & io_text, std::string_view suffix)
 {
     if (io_text.size() <= suffix.size() || io_text.compare(io_text.size() - suffix.size(), suffix.size(), suffix) != 0)
@@ -106,7 +124,7 @@ bool dropSuffix(std::string & io_text, std::string_view suffix)
 }
 
 // Starts words[0] with the words as its arguments; the process, or 0.
-pid_t start(std::vector<std::string> words, FileActions const & actions)
+pid_t start(std::vector<std::string> words, FileActions const & actions, posix_spawnattr_t const * attributes = nullptr)
 {
     abandoned().Collect();
     std::optional<std::string> program = voz::platform::SystemPath(words.empty() ? "" : words[0].c_str());
@@ -122,9 +140,9 @@ pid_t start(std::vector<std::string> words, FileActions const & actions)
     arguments.push_back(nullptr);
 
     pid_t process = 0;
-    int error = posix_spawnp(&process, program->c_str(), actions.Get(), nullptr, arguments.data(), environ);
+    int error = posix_spawnp(&process, program->c_str(), actions.Get(), attributes, arguments.data(), environ);
     if (error == ENOENT && dropSuffix(*program, ".exe"))
-        error = posix_spawnp(&process, program->c_str(), actions.Get(), nullptr, arguments.data(), environ);
+        error = posix_spawnp(&process, program->c_str(), actions.Get(), attributes, arguments.data(), environ);
     return error == 0 ? process : 0;
 }
 
@@ -267,7 +285,7 @@ int VOZProcess::ShellExecuteW(unsigned short const * i_program, unsigned short c
     std::string const folder = Utf8FromUtf16(i_folder);
     pid_t process = 0;
     if (actions.DetachInto(voz::platform::SystemPath(folder.c_str()).value_or(folder)) == 0)
-        process = start(std::move(words), actions);
+        process = start(std::move(words), actions, OwnSession().Get());
     if (process == 0)
         return kShellNotFound;
     abandoned().Add(process);

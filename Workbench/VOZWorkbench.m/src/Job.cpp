@@ -252,6 +252,7 @@ void ReadTables(JobTable & io_root, Job & io_job)
     ReadHolder(io_root, io_job);
     ReadActions(io_root, io_job);
     ReadModes(io_root, io_job);
+    ReadIncremental(io_root, io_job);
     ReadLimits(io_root, io_job);
     CompleteLimits(io_root, io_job);
     ReadSolver(io_root, io_job);

@@ -61,6 +61,7 @@ public:
         Actions();
         Modes();
         Springback();
+        Incremental();
         Limits();
         Outputs();
         Lock(i_inputs);
@@ -288,6 +289,29 @@ private:
             HeadOfMany("springback.constraint");
             Selection(constraint, "nodes");
         }
+    }
+
+    void Incremental()
+    {
+        if (!mJob.incremental)
+            return;
+        JobIncremental const & incremental = *mJob.incremental;
+        Head("incremental");
+        if (!incremental.templateName.empty())
+            Line("template", Quoted(incremental.templateName));
+        Line("process_flag", incremental.processFlag);
+        Line("process_mode", std::to_string(incremental.processMode));
+        Line("tool_mode", std::to_string(incremental.toolMode));
+        if (incremental.clearance >= 0.0)
+            Line("clearance_mm", incremental.clearance);
+        for (auto const & [key, path] : {std::pair{"blank", &incremental.blank},
+                                         {"die", &incremental.die},
+                                         {"punch", &incremental.punch},
+                                         {"binder", &incremental.binder}})
+            if (!path->empty())
+                Line(key, Path(*path));
+        LengthUnit(incremental.unitLength);
+        Line("open_solver", incremental.isOpenSolver);
     }
 
     void Limits()

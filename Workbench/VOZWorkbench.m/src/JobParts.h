@@ -23,6 +23,9 @@ void ReadActions(JobTable & io_root, Job & io_job);
 // The tables "binder", "auto_strain" and "springback".
 void ReadModes(JobTable & io_root, Job & io_job);
 
+// The table "incremental".
+void ReadIncremental(JobTable & io_root, Job & io_job);
+
 // Set, ids (under i_idsKey) and box of a table; refuses one that selects nothing.
 JobSelection ReadSelection(JobTable & io_table, std::string const & i_idsKey);
 

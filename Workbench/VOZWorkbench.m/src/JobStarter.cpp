@@ -80,6 +80,14 @@ level = 2                     # 0 none, 1 light, 2 medium, 3 strong, 4 no draw-i
 # align_points_mm = [[0, 0, 0], [50, 0, 0], [0, 50, 0]]   # up to four: there the sprung shape is laid on the part
 # watch_points_mm = [[80, 0, 40]]                         # the deviation there is told
 
+# [incremental]               # with --route incremental: a deck for an explicit solver
+# template = "mild-steel"     # process settings of the installation; left out: the settings' own defaults
+# process_flag = false        # true: the other of the settings' two punch velocities
+# process_mode = 2            # 2: the stroke ends one thickness before punch and die would touch; 0: where they would
+# tool_mode = 0               # 1: contact takes punch and binder one thickness nearer to the sheet
+# clearance = "0.08 mm"       # between punch and die besides the thickness
+# die = "die.bdf"             # also punch, binder, blank; left out: made from the part
+
 # [limits]
 # fld0 = "36 %"               # left out: from thickness and n
 # safety_margin = "10 %"

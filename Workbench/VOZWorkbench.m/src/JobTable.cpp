@@ -105,7 +105,12 @@ void JobTable::Warn(std::string const & i_key, std::string const & i_message) co
 void JobTable::Note(std::string const & i_key, std::string const & i_value, std::string const & i_unit,
                     bool i_isDefault)
 {
-    mContext->parameters.push_back({Name(i_key), i_value, i_unit, i_isDefault});
+    mContext->parameters.push_back({Name(i_key), i_value, i_unit, i_isDefault, {}});
+}
+
+void JobTable::Effect(std::string const & i_text)
+{
+    mContext->parameters.back().effect = i_text;
 }
 
 toml::node const * JobTable::Find(std::string const & i_key)

@@ -73,7 +73,8 @@ public:
     void Warn(std::string const & i_key, std::string const & i_message) const;
     // A value that was worked out from others, for the list.
     void Note(std::string const & i_key, std::string const & i_value, std::string const & i_unit, bool i_isDefault);
-    void Finish() const; // refuses keys that were never asked for
+    void Effect(std::string const & i_text); // what the value that was noted last does
+    void Finish() const;                     // refuses keys that were never asked for
 
     std::string Name(std::string const & i_key) const; // with the table's path: "blank_holder.level"
 

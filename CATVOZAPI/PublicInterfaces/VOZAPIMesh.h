@@ -46,13 +46,23 @@ struct tagVOZFILEINFO
     int m_nVersion = 0;
 };
 
-// The smallest and the largest gap along i_adDirection from the first mesh to the second one: for every node of either
-// mesh that has the other's surface before or behind it along the direction, the signed way along the direction from
-// the first mesh to the second. Points without a partner do not count. i_dCellSize, in the meshes' unit, is the largest
-// cell of the search; smaller ones are taken where the meshes are fine. n log n.
+// The smallest and the largest gap along i_adDirection from the first mesh to the second, in the meshes' unit: at every
+// node of either mesh that has the other's surface before or behind it along the direction, the signed way along the
+// direction from the first mesh to the second. Nodes without a partner do not count. A direction of any length.
 //
-// Returns 0; E_FAIL with both gaps 0 for a mesh without elements, a direction of no length, a coordinate that is no
-// number, an element whose corners are not there, another version, and where no pair exists at all.
+// Where a line meets a mesh more than once, the sides that face each other count: the last point of the first mesh
+// along the direction, the first point of the second. A node that is hidden behind its own mesh does not count.
+// Elements that lie along the direction (within 0.006 degrees) have no gap of their own, and a node beside one is
+// measured to both sides of it, from inside of the node's own elements: walls along the direction that lie over each
+// other, or outlines that touch, make no gap where nothing overlaps. Quadrilaterals are two triangles, parted by the
+// shorter diagonal.
+//
+// i_dCellSize, in the meshes' unit, is the largest cell of the search; smaller ones are taken where the meshes are
+// fine, and one that is not above 0 asks for nothing. n log n on meshes of any usual shape.
+//
+// Returns 0; E_FAIL with both gaps 0 for a mesh without elements, a direction of no length, a coordinate of any node
+// that is no number or beyond 1e100, an element whose corners are not there, another version, where no pair exists at
+// all, and where memory runs out.
 ExportedByVOZAPINew long VOZAPIEvalDistanceBetweenMeshes_Average(VOZAPIMesh const & i_first,
                                                                  VOZAPIMesh const & i_second,
                                                                  double const * i_adDirection, double i_dCellSize,

@@ -27,8 +27,9 @@ public:
 
     virtual void Write(); // nothing where the file could not be opened
 
-    // The value with that many digits behind the point, the first of them not 0: " .150000000E+01" for 1.5 and 9.
-    // o_text holds i_nDigits + 8 bytes.
+    // The value with that many digits behind the point, at least 1, the first of them not 0: " .150000000E+01" for 1.5
+    // and 9. Rounded from the exact value, a tie to the even digit; a blank or a minus, which -0.0 has too, in front.
+    // Infinities and NaN have the digits "1#INF" and "1#QNAN". o_text holds i_nDigits + 8 bytes.
     void DoubleConvert(double const & i_dValue, int i_nDigits, char * o_text);
     void WriteLine(char * i_strLine);
 
@@ -38,13 +39,18 @@ public:
                               double const * i_adPrincipalAxis3, double & o_dXX, double & o_dXY, double & o_dXZ,
                               double & o_dYY, double & o_dYZ, double & o_dZZ);
 
-    // Corners are rows of 3; elements are positions, from 1. A matrix is 9 doubles, its rows the axes.
+    // Corners are rows of 3; elements are positions, from 1. A matrix is 9 doubles, its rows the axes. The normal of a
+    // quadrilateral is the product of its diagonals. A local frame has its x axis along side 1-2; where corners fall
+    // together, so that an axis has no length, it is zero and breaks a contract.
     void Eval3NodeElementNormal(double const * const * i_ppdNodesXYZ, double * o_adNormal);
     void EvalElementNormal(int i_nNumElementNodes, double const * const * i_ppdNodesXYZ, double * o_adNormal);
     void EvalElementCenter(int i_nNumElementNodes, double const * const * i_ppdNodesXYZ, double * o_adCenterXYZ);
     void EvalElementLocalCS(int i_nNumElementNodes, double const * const * i_ppdNodesXYZ, double * o_padMatrix,
                             double * o_adCenterXYZ);
-    int GetElementNodesCoords(int i_nElem, double ** o_ppdPointsXYZ); // 4 places; the caller frees what they get
+    // Returns 3 or 4; 0 where there is no such element. o_ppdPointsXYZ has 4 places; what they get is made by new[],
+    // the caller's.
+    int GetElementNodesCoords(int i_nElem, double ** o_ppdPointsXYZ);
+    // The local frame turned about its normal by the angle theta of the element in one of the three stores.
     void EvalElementPrincipalAxes(int i_nResult, int i_nElem, double * o_padMatrix, double * o_adCenterXYZ);
 
     void WriteTitleBlock();
@@ -58,6 +64,8 @@ public:
     void WriteEndBlock();
 
 protected:
+    bool HasResults() const { return m_apResults[0] && m_apResults[1] && m_apResults[2]; }
+
     VOZCatMesh * m_pMesh;
     Result * m_apResults[3];
     int m_nThicknessPoints; // 3, or 5 where a derived class says so

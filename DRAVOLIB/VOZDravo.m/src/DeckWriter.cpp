@@ -68,11 +68,19 @@ void DeckWriter::Number(double i_value)
 void DeckWriter::IntegerField(int i_value, std::size_t i_width)
 {
     char * const at = Reserve(kIntBytes + kWidest);
+    std::memset(at, ' ', kWidest);
     char digits[kIntBytes];
-    std::size_t const size = static_cast<std::size_t>(std::to_chars(digits, digits + kIntBytes, i_value).ptr - digits);
+    char * const end = digits + kIntBytes;
+    char * first = end;
+    unsigned rest = i_value < 0 ? 0U - static_cast<unsigned>(i_value) : static_cast<unsigned>(i_value);
+    for (; rest > 9; rest /= 10)
+        *--first = static_cast<char>('0' + rest % 10);
+    *--first = static_cast<char>('0' + rest);
+    if (i_value < 0)
+        *--first = '-';
+    std::size_t const size = static_cast<std::size_t>(end - first);
     std::size_t const blanks = size < i_width ? i_width - size : 0;
-    std::memset(at, ' ', blanks);
-    std::memcpy(at + blanks, digits, size);
+    std::memcpy(at + blanks, first, size);
     Take(at + blanks + size);
 }
 
@@ -85,6 +93,20 @@ void DeckWriter::LeftField(std::string_view i_text, std::size_t i_width)
     char * const at = Reserve(kWidest);
     std::memset(at, ' ', blanks);
     Take(at + blanks);
+}
+
+void DeckWriter::LeftNumber(int i_value, std::size_t i_width)
+{
+    char digits[kIntBytes];
+    char const * const end = std::to_chars(digits, digits + kIntBytes, i_value).ptr;
+    LeftField({digits, static_cast<std::size_t>(end - digits)}, i_width);
+}
+
+void DeckWriter::RightField(std::string_view i_text, std::size_t i_width)
+{
+    for (std::size_t i = i_text.size(); i < i_width; ++i)
+        Text(" ");
+    Text(i_text);
 }
 
 void DeckWriter::FixedField(double i_value, std::size_t i_width, int i_decimals)

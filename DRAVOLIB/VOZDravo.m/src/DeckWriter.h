@@ -34,6 +34,8 @@ public:
 
     // Fields of at least so many columns, up to 64, more where the value needs them.
     void IntegerField(int i_value, std::size_t i_width);                   // "%*d"
+    void LeftNumber(int i_value, std::size_t i_width);                     // "%-*d"
+    void RightField(std::string_view i_text, std::size_t i_width);         // "%*s"
     void LeftField(std::string_view i_text, std::size_t i_width);          // "%-*s"
     void FixedField(double i_value, std::size_t i_width, int i_decimals);  // "%*.*f", of up to 20 decimals
     void SignedField(double i_value, std::size_t i_width, int i_decimals); // "%+*.*f", likewise

@@ -6,12 +6,12 @@
 #include "VOZDYNAWriter.h"
 
 #include "DeckWriter.h"
+#include "FractionText.h"
 #include "MeshRows.h"
 #include "Result.h"
 #include "VOZFile.h"
 
-#include <charconv>
-#include <cmath>
+#include <string_view>
 
 namespace
 {
@@ -70,59 +70,9 @@ void WriteLines(std::FILE * stream, char const * const (&lines)[N])
         out.Row(std::string_view(line));
 }
 
-// The digits that the host's runtime gives a value that has none, on to their count with zeros; its position is 1.
-void SpellNoNumber(double value, int digits, char * o_digits)
-{
-    std::string_view const mark = std::isinf(value) ? "1#INF" : "1#QNAN";
-    for (std::size_t i = 0; i < static_cast<std::size_t>(digits); ++i)
-        o_digits[i] = i < mark.size() ? mark[i] : '0';
-}
-
-// "E", a sign, two digits or more. Returns the end.
-char * SpellExponent(int position, char * o_at)
-{
-    *o_at++ = 'E';
-    *o_at++ = position < 0 ? '-' : '+';
-    int const size = std::abs(position);
-    if (size < 10)
-        *o_at++ = '0';
-    return std::to_chars(o_at, o_at + 4, size).ptr;
-}
-
-// The value as a fraction below 1 and a power of ten; its exact value rounded to so many digits, a tie to the even
-// digit. Zero has the position 0. Returns the end; o_text has room for digits + 7 bytes.
-char * SpellFraction(double value, int digits, char * o_text)
-{
-    o_text[0] = std::signbit(value) ? '-' : ' ';
-    o_text[1] = '.';
-    char * const first = o_text + 2;
-    char * const end = first + digits;
-    if (!std::isfinite(value))
-    {
-        SpellNoNumber(value, digits, first);
-        return SpellExponent(1, end);
-    }
-    // "d.ddde+dd" with its point on ours, so that all digits but the first stand in their places already.
-    char * const mantissa = o_text + 1;
-    char * const last = o_text + digits + 7;
-    auto const [stop, error] =
-        std::to_chars(mantissa, last, std::fabs(value), std::chars_format::scientific, digits - 1);
-    static_cast<void>(error); // a double's exponent has three digits at most
-    char const * mark = digits > 1 ? end : mantissa + 1;
-    int exponent = 0;
-    for (char const * at = mark + 2; at < stop; ++at)
-        exponent = 10 * exponent + (*at - '0');
-    if (mark[1] == '-')
-        exponent = -exponent;
-    first[0] = mantissa[0];
-    mantissa[0] = '.';
-    return SpellExponent(value == 0.0 ? 0 : exponent + 1, end);
-}
-
 void WriteFraction(DeckWriter & out, double value)
 {
-    char * const at = out.Reserve(kDigits + 8);
-    out.Take(SpellFraction(value, kDigits, at));
+    out.Take(SpellFraction(value, kDigits, out.Reserve(FractionBytes(kDigits))));
 }
 
 // Number, part, corners by their labels as they are stored; a triangle has its third twice.
@@ -160,10 +110,14 @@ void DYNAWriter::Write()
     WriteNodalPointCardsTitleBlock();
     Write_NODE_Block();
     WriteShellElementCardsTitleBlock();
-    if (m_apResults[0] == nullptr)
-        Write_ELEMENT_SHELL_Block();
-    else
+    if (HasResults())
+    {
         Write_ELEMENT_SHELL_THICKNESS_Block();
+        Write_INITIAL_STRAIN_SHELL_Block();
+        Write_INITIAL_STRESS_SHELL_Block();
+    }
+    else
+        Write_ELEMENT_SHELL_Block();
     WriteEndBlock();
 }
 

@@ -31,6 +31,11 @@ public:
     // if no process can be made. Windows may write into the command line.
     static bool CreateProcessW(unsigned short * io_commandLine, unsigned int i_flags, Information & o_information);
 
+    // As CreateProcessW, without a window, in a folder, with standard output and errors in a file (made anew) and no
+    // standard input. The child's own children inherit that. No operation of the host's has this name.
+    static bool CreateProcessInFolder(unsigned short * io_commandLine, unsigned short const * i_folder,
+                                      unsigned short const * i_outputFile, Information & o_information);
+
     // Waits for the child's end: 0, or 0x102 if the milliseconds ran out first, or 0xFFFFFFFF for a bad handle.
     static unsigned int WaitForSingleObject(void * i_process, unsigned int i_milliseconds);
 

@@ -82,10 +82,21 @@ public:
     FileActions(FileActions const &) = delete;
     FileActions & operator=(FileActions const &) = delete;
 
+    // The child starts in that folder, with its output and errors in a file.
+    int WriteTo(std::string const & i_file, std::string const & i_folder)
+    {
+        int error = posix_spawn_file_actions_addopen(&mActions, 0, "/dev/null", O_RDONLY, 0);
+        if (error == 0)
+            error = posix_spawn_file_actions_addopen(&mActions, 1, i_file.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0666);
+        if (error == 0)
+            error = posix_spawn_file_actions_adddup2(&mActions, 1, 2);
+        return error == 0 ? EnterFolder(i_folder) : error;
+    }
+
     // The child starts in that folder, without the streams of this process.
     int DetachInto(std::string const & i_folder)
     {
-        int error = i_folder.empty() ? 0 : posix_spawn_file_actions_addchdir_np(&mActions, i_folder.c_str());
+        int error = EnterFolder(i_folder);
         for (int stream = 0; stream <= 2 && error == 0; ++stream)
             error =
                 posix_spawn_file_actions_addopen(&mActions, stream, "/dev/null", stream == 0 ? O_RDONLY : O_WRONLY, 0);
@@ -94,6 +105,11 @@ public:
     posix_spawn_file_actions_t const * Get() const { return &mActions; }
 
 private:
+    int EnterFolder(std::string const & i_folder)
+    {
+        return i_folder.empty() ? 0 : posix_spawn_file_actions_addchdir_np(&mActions, i_folder.c_str());
+    }
+
     posix_spawn_file_actions_t mActions = {};
 };
 
@@ -213,6 +229,22 @@ bool VOZProcess::CreateProcessW(unsigned short * io_commandLine, unsigned int, I
 {
     o_information = {};
     pid_t const process = start(SplitCommandLine(Utf8FromUtf16(io_commandLine)), FileActions());
+    if (process == 0)
+        return false;
+    o_information = {new Handle{process}, new Handle};
+    return true;
+}
+
+bool VOZProcess::CreateProcessInFolder(unsigned short * io_commandLine, unsigned short const * i_folder,
+                                       unsigned short const * i_outputFile, Information & o_information)
+{
+    o_information = {};
+    auto const path = [](unsigned short const * text)
+    { return voz::platform::SystemPath(Utf8FromUtf16(text).c_str()).value_or(std::string()); };
+    FileActions actions;
+    if (actions.WriteTo(path(i_outputFile), path(i_folder)) != 0)
+        return false;
+    pid_t const process = start(SplitCommandLine(Utf8FromUtf16(io_commandLine)), actions);
     if (process == 0)
         return false;
     o_information = {new Handle{process}, new Handle};

@@ -25,6 +25,31 @@ wchar_t const * wide(unsigned short const * text)
 {
     return reinterpret_cast<wchar_t const *>(text);
 }
+
+// A file's handle that a child inherits, closed with its owner.
+class InheritedFile
+{
+public:
+    InheritedFile(wchar_t const * i_path, DWORD i_access, DWORD i_disposition)
+    {
+        SECURITY_ATTRIBUTES inherited = {sizeof(inherited), nullptr, TRUE};
+        mHandle = ::CreateFileW(i_path, i_access, FILE_SHARE_READ | FILE_SHARE_WRITE, &inherited, i_disposition,
+                                FILE_ATTRIBUTE_NORMAL, nullptr);
+    }
+    ~InheritedFile()
+    {
+        if (IsOpen())
+            ::CloseHandle(mHandle);
+    }
+    InheritedFile(InheritedFile const &) = delete;
+    InheritedFile & operator=(InheritedFile const &) = delete;
+
+    bool IsOpen() const { return mHandle != INVALID_HANDLE_VALUE; }
+    HANDLE Get() const { return mHandle; }
+
+private:
+    HANDLE mHandle;
+};
 } // namespace
 
 bool VOZProcess::CreateProcessW(unsigned short * io_commandLine, unsigned int i_flags, Information & o_information)
@@ -35,6 +60,28 @@ bool VOZProcess::CreateProcessW(unsigned short * io_commandLine, unsigned int i_
     PROCESS_INFORMATION made = {};
     if (!::CreateProcessW(nullptr, wide(io_commandLine), nullptr, nullptr, TRUE, i_flags, nullptr, nullptr, &startup,
                           &made))
+        return false;
+    o_information = {made.hProcess, made.hThread};
+    return true;
+}
+
+bool VOZProcess::CreateProcessInFolder(unsigned short * io_commandLine, unsigned short const * i_folder,
+                                       unsigned short const * i_outputFile, Information & o_information)
+{
+    o_information = {};
+    InheritedFile const input(L"NUL", GENERIC_READ, OPEN_EXISTING);
+    InheritedFile const output(wide(i_outputFile), GENERIC_WRITE, CREATE_ALWAYS);
+    if (!input.IsOpen() || !output.IsOpen())
+        return false;
+    STARTUPINFOW startup = {};
+    startup.cb = sizeof(startup);
+    startup.dwFlags = STARTF_USESTDHANDLES;
+    startup.hStdInput = input.Get();
+    startup.hStdOutput = output.Get();
+    startup.hStdError = output.Get();
+    PROCESS_INFORMATION made = {};
+    if (!::CreateProcessW(nullptr, wide(io_commandLine), nullptr, nullptr, TRUE, CreateNoWindow, nullptr,
+                          wide(i_folder), &startup, &made))
         return false;
     o_information = {made.hProcess, made.hThread};
     return true;

@@ -69,7 +69,8 @@ Materials readMaterials(WordReader & io_reader, D3plotLayout const & layout, int
 
 // The blank's shells in the order of the file, their corners being places of nodes, from 0.
 std::vector<BlankMesh::Shell> readShells(WordReader & io_reader, D3plotLayout const & layout,
-                                         Materials const & materials, std::vector<std::array<std::int64_t, 4>> & o_nodes)
+                                         Materials const & materials,
+                                         std::vector<std::array<std::int64_t, 4>> & o_nodes)
 {
     std::vector<BlankMesh::Shell> shells;
     std::vector<std::int64_t> block;

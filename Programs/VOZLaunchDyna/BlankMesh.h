@@ -16,9 +16,9 @@ struct BlankMesh
 {
     struct Shell
     {
-        std::int64_t place = 0;       // among all shells of the root, from 0
-        std::int64_t row = 0;         // among those with values in the states, from 0
-        std::array<int, 4> corner{};  // index in nodes; a triangle's last is -1
+        std::int64_t place = 0;      // among all shells of the root, from 0
+        std::int64_t row = 0;        // among those with values in the states, from 0
+        std::array<int, 4> corner{}; // index in nodes; a triangle's last is -1
     };
 
     std::vector<std::int64_t> nodes; // places in the root's table of nodes, from 0

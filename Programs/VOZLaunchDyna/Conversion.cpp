@@ -34,8 +34,8 @@ std::vector<std::ptrdiff_t> chooseStates(std::vector<StateEntry> const & states,
         for (std::size_t k = 0; k < states.size(); ++k)
         {
             double const distance = std::fabs(states[k].time - times[i]);
-            bool const isLaterMesh = chosen[i] >= 0 && distance <= best &&
-                                     states[k].root > states[static_cast<std::size_t>(chosen[i])].root;
+            bool const isLaterMesh =
+                chosen[i] >= 0 && distance <= best && states[k].root > states[static_cast<std::size_t>(chosen[i])].root;
             if ((chosen[i] < 0 && distance <= best) || distance < best || isLaterMesh)
             {
                 best = distance;
@@ -49,7 +49,7 @@ std::vector<std::ptrdiff_t> chooseStates(std::vector<StateEntry> const & states,
 class RecordFile
 {
 public:
-    explicit RecordFile(std::filesystem::path const & i_path) : mPath(i_path), mBuffer(1 << 20)
+    explicit RecordFile(std::filesystem::path const & i_path) : mPath(i_path), mBuffer(1 << 16)
     {
         mStream.rdbuf()->pubsetbuf(mBuffer.data(), static_cast<std::streamsize>(mBuffer.size()));
         mStream.open(i_path, std::ios::binary | std::ios::trunc);

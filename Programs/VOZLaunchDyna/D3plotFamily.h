@@ -1,9 +1,9 @@
 // D3plotFamily.h: the files of a d3plot result family, and their words.
 //
 // "d3plot", "d3plot01", "d3plot02", ... are one root; each adaptation of the mesh begins a further one, "d3plotaa",
-// "d3plotaa01", ..., "d3plotab", ... Every root begins with control words and a geometry of its own, and the states that
-// follow are laid out by them. A word is 4 or 8 bytes wide, in the byte order of the machine that wrote it; integers
-// and reals have the same width.
+// "d3plotaa01", ..., "d3plotab", ... Every root begins with control words and a geometry of its own, and the states
+// that follow are laid out by them. A word is 4 or 8 bytes wide, in the byte order of the machine that wrote it;
+// integers and reals have the same width.
 //
 // Source: LS-DYNA Database, Binary Output Files (Livermore Software Technology, revised Feb 2017), State database.
 

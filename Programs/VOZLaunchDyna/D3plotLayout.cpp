@@ -23,9 +23,9 @@ enum ExtraWord { kNel20 = 0, kNel27 = 2, kNel21p = 4, kNel15t = 5, kNel20t = 7, 
 // clang-format on
 
 constexpr std::int64_t kFull = std::numeric_limits<std::int64_t>::max() / 4; // sums and products stop here
-constexpr std::int64_t kGreatestWord = std::int64_t{1} << 40;               // of any control word
-constexpr std::int64_t kLeastDeletionByElement = 10000;                     // of -MAXINT
-constexpr std::int64_t kIsOn = 1000;                                        // of the four flags of shells
+constexpr std::int64_t kGreatestWord = std::int64_t{1} << 40;                // of any control word
+constexpr std::int64_t kLeastDeletionByElement = 10000;                      // of -MAXINT
+constexpr std::int64_t kIsOn = 1000;                                         // of the four flags of shells
 constexpr std::int64_t kLabelHead = 10;
 constexpr std::int64_t kLabelHeadWithParts = 16;
 
@@ -67,7 +67,8 @@ bool isPlausible(Words const & words)
 Words readWords(WordReader & io_reader)
 {
     Words words{};
-    for (WordFormat const format : {WordFormat{4, false}, WordFormat{8, false}, WordFormat{4, true}, WordFormat{8, true}})
+    for (WordFormat const format :
+         {WordFormat{4, false}, WordFormat{8, false}, WordFormat{4, true}, WordFormat{8, true}})
     {
         io_reader.SetFormat(format);
         if (io_reader.WordsOf(0) < kNumWords)
@@ -119,8 +120,8 @@ std::int64_t materialTypes(WordReader & io_reader, Words const & words, std::int
     std::array<std::int64_t, 2> head{}; // NUMRBE, NUMMAT
     io_reader.ReadIntegers(io_reader.Advance({}, at), head);
     if (head[0] < 0 || head[0] > words[kNel4] || head[1] < 0 || head[1] > io_reader.WordsOfAll())
-        refuse(io_reader, std::to_string(head[0]) + " rigid shells and " + std::to_string(head[1]) +
-                              " material types cannot be");
+        refuse(io_reader,
+               std::to_string(head[0]) + " rigid shells and " + std::to_string(head[1]) + " material types cannot be");
     o_layout.numRigidShells = head[0];
     o_layout.numTypes = head[1];
     o_layout.typesAt = at + 2;
@@ -176,12 +177,12 @@ void placeGeometry(WordReader & io_reader, Words const & words, D3plotLayout & o
     at = sum(at, product(9, sum(std::abs(words[kNel8]), words[kNelt])));
     o_layout.shellsAt = sum(at, product(6, words[kNel2]));
     at = sum(o_layout.shellsAt, product(5, words[kNel4]));
-    o_layout.geometryEnd =
-        sum(at, sum(words[kNarbs], sum(product(2, words[kNadapt]), furtherNodes(words, extra))));
+    o_layout.geometryEnd = sum(at, sum(words[kNarbs], sum(product(2, words[kNadapt]), furtherNodes(words, extra))));
     if (o_layout.geometryEnd > io_reader.WordsOfAll())
-        throw ResultsError(io_reader.Root().name + ": its geometry of " + std::to_string(words[kNumnp]) + " nodes and " +
-                           std::to_string(words[kNel4]) + " shells takes " + std::to_string(o_layout.geometryEnd) +
-                           " words, the files have " + std::to_string(io_reader.WordsOfAll()));
+        throw ResultsError(io_reader.Root().name + ": its geometry of " + std::to_string(words[kNumnp]) +
+                           " nodes and " + std::to_string(words[kNel4]) + " shells takes " +
+                           std::to_string(o_layout.geometryEnd) + " words, the files have " +
+                           std::to_string(io_reader.WordsOfAll()));
     placeLabels(io_reader, words, at, o_layout);
 }
 
@@ -198,8 +199,8 @@ void placeShellValues(WordReader const & reader, Words const & words, D3plotLayo
     if (words[kNv2d] != 0 && behindPoints + more > words[kNv2d])
         refuse(reader, "NV2D " + std::to_string(words[kNv2d]) + " is too small for " +
                            std::to_string(o_layout.numLayers) + " points through the thickness");
-    bool const hasStrain = words[kIdtdt] >= 100 ? digit(words[kIdtdt], 4) == 1
-                                                : words[kNv2d] - behindPoints - more >= 12;
+    bool const hasStrain =
+        words[kIdtdt] >= 100 ? digit(words[kIdtdt], 4) == 1 : words[kNv2d] - behindPoints - more >= 12;
     if (hasStrain && words[kNv2d] - behindPoints - more >= 12)
         o_layout.strainAt = behindPoints + (more == 0 ? 0 : 3); // the energy, fourth of these, follows the strains
 }

@@ -39,16 +39,16 @@ struct D3plotLayout
 
     // From a state's first word.
     std::int64_t stateWords = 0;
-    std::int64_t nodesInState = kNone;     // 3 per node, where they are now; kNone: the shape does not change
-    std::int64_t shellsInState = kNone;    // shellWords per shell that is not rigid
-    std::int64_t deletionInState = kNone;  // one per shell, or per node: 0 is deleted
+    std::int64_t nodesInState = kNone;    // 3 per node, where they are now; kNone: the shape does not change
+    std::int64_t shellsInState = kNone;   // shellWords per shell that is not rigid
+    std::int64_t deletionInState = kNone; // one per shell, or per node: 0 is deleted
     bool isDeletionByNode = false;
 
     // From a shell's first word in a state.
     std::int64_t shellWords = 0;
-    std::int64_t numLayers = 0;          // points through the thickness: mid, inner, outer, further ones
-    std::int64_t layerWords = 0;         // of a point: six stresses first
-    std::int64_t strainAt = kNone;       // six of the inner surface, six of the outer one
+    std::int64_t numLayers = 0;    // points through the thickness: mid, inner, outer, further ones
+    std::int64_t layerWords = 0;   // of a point: six stresses first
+    std::int64_t strainAt = kNone; // six of the inner surface, six of the outer one
     bool hasStress = false;
 };
 

@@ -44,7 +44,8 @@ public:
     {
         std::ifstream stream(i_deck, std::ios::binary);
         if (!stream)
-            throw DeckError(i_deck.string() + ": the deck is not there; write it first (it is what the run starts from)");
+            throw DeckError(i_deck.string() +
+                            ": the deck is not there; write it first (it is what the run starts from)");
         std::vector<Line> * card = nullptr;
         int number = 0;
         for (std::string text; std::getline(stream, text);)
@@ -73,8 +74,8 @@ public:
         if (text.find(',') != std::string_view::npos)
         {
             for (; i_index > 0; --i_index)
-                text.remove_prefix(std::min(text.size(), text.find(',') == std::string_view::npos ? text.size()
-                                                                                                : text.find(',') + 1));
+                text.remove_prefix(
+                    std::min(text.size(), text.find(',') == std::string_view::npos ? text.size() : text.find(',') + 1));
             text = text.substr(0, text.find(','));
         }
         else

@@ -1,8 +1,8 @@
 // ShellFrame.h: tensors of a shell brought from the global axes into its own.
 //
-// x along the side from corner 0 to corner 1, brought into the tangent plane; z along the normal: of a quadrilateral the
-// cross product of its diagonals, of a triangle that of two sides; y completes a right-handed frame. A shell without
-// area keeps the global axes.
+// x along the side from corner 0 to corner 1, brought into the tangent plane; z along the normal: of a quadrilateral
+// the cross product of its diagonals, of a triangle that of two sides; y completes a right-handed frame. A shell
+// without area keeps the global axes.
 
 #ifndef SHELLFRAME_H
 #define SHELLFRAME_H
@@ -44,9 +44,9 @@ struct ShellFrame
 inline ShellFrame FrameOf(Row3 const * i_corners, bool i_isTriangle)
 {
     Row3 const side = Difference(i_corners[1], i_corners[0]);
-    Row3 const normal = i_isTriangle ? Cross(side, Difference(i_corners[2], i_corners[0]))
-                                     : Cross(Difference(i_corners[2], i_corners[0]),
-                                             Difference(i_corners[3], i_corners[1]));
+    Row3 const normal = i_isTriangle
+                            ? Cross(side, Difference(i_corners[2], i_corners[0]))
+                            : Cross(Difference(i_corners[2], i_corners[0]), Difference(i_corners[3], i_corners[1]));
     double const square = Dot(normal, normal);
     if (!(square > 0.0))
         return {};

@@ -75,7 +75,8 @@ double TimeInLog(std::string const & i_text)
             continue;
         double time = -1.0;
         auto const parsed = std::from_chars(i_text.data() + first, i_text.data() + i_text.size(), time);
-        if (parsed.ec == std::errc() && i_text.compare(static_cast<std::size_t>(parsed.ptr - i_text.data()), 3, " dt") == 0)
+        if (parsed.ec == std::errc() &&
+            i_text.compare(static_cast<std::size_t>(parsed.ptr - i_text.data()), 3, " dt") == 0)
             return time;
     }
     return -1.0;

@@ -17,9 +17,18 @@ constexpr std::size_t kValueSize = 256; // of an entry of the configuration
 
 // Those of a system without a drive "C:" are not there on one with it, and the other way round.
 constexpr char const * kUsualFolders[] = {
-    "/opt/ls-dyna",      "/opt/ls-dyna/bin", "/opt/lsdyna",           "/opt/lsdyna/bin",
-    "/opt/lstc",         "/opt/lstc/bin",    "/usr/local/bin",        "C:/LSDYNA",
-    "C:/LSDYNA/program", "C:/LSTC",          "C:/LSTC/program",       "C:/Program Files/LSTC",
+    "/opt/ls-dyna",
+    "/opt/ls-dyna/bin",
+    "/opt/lsdyna",
+    "/opt/lsdyna/bin",
+    "/opt/lstc",
+    "/opt/lstc/bin",
+    "/usr/local/bin",
+    "C:/LSDYNA",
+    "C:/LSDYNA/program",
+    "C:/LSTC",
+    "C:/LSTC/program",
+    "C:/Program Files/LSTC",
     "C:/Program Files/LSTC/LS-DYNA",
 };
 constexpr char const * kNames[] = {"ls-dyna",   "lsdyna",    "ls-dyna_smp_d", "ls-dyna_smp_s", "ls-dyna_d",

@@ -19,9 +19,9 @@ struct SolverSearch
 {
     // What the environment and the configuration say, empty where they say nothing: the program's path, in quotes if
     // arguments follow behind a blank in it.
-    std::string variable;      // VOZDynaSolver
-    std::string configuration; // DynaSolver
-    std::string configFile;    // for messages
+    std::string variable;             // VOZDynaSolver
+    std::string configuration;        // DynaSolver
+    std::string configFile;           // for messages
     std::vector<std::string> folders; // the usual places, then those of the PATH
 };
 

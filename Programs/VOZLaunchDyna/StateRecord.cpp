@@ -41,8 +41,8 @@ RecordMaker::RecordMaker(WordReader & io_reader, D3plotLayout const & i_layout, 
 void RecordMaker::ReadNodes(Place i_state)
 {
     bool const isInState = m_layout.nodesInState != D3plotLayout::kNone;
-    Place const table = isInState ? m_reader.Advance(i_state, m_layout.nodesInState)
-                                  : m_reader.Advance({}, m_layout.coordinatesAt);
+    Place const table =
+        isInState ? m_reader.Advance(i_state, m_layout.nodesInState) : m_reader.Advance({}, m_layout.coordinatesAt);
     std::int64_t const last = m_mesh.nodes[m_byPlace.back()];
     for (std::size_t next = 0; next < m_byPlace.size();)
     {
@@ -94,7 +94,8 @@ void RecordMaker::Connect(StateRecord & o_record)
         if (m_nodeIndex[i] != 0)
         {
             m_nodeIndex[i] = ++numNodes;
-            o_record.coordinates.insert(o_record.coordinates.end(), m_nodes.begin() + static_cast<std::ptrdiff_t>(3 * i),
+            o_record.coordinates.insert(o_record.coordinates.end(),
+                                        m_nodes.begin() + static_cast<std::ptrdiff_t>(3 * i),
                                         m_nodes.begin() + static_cast<std::ptrdiff_t>(3 * i + 3));
         }
     o_record.connectivity.clear();
@@ -109,7 +110,7 @@ void RecordMaker::Connect(StateRecord & o_record)
 
 // One shell's values into all its places.
 void RecordMaker::PlaceValues(BlankMesh::Shell const & i_shell, float const * i_values, std::size_t i_index,
-                         StateRecord & io_record)
+                              StateRecord & io_record)
 {
     std::array<float, 3> stress{}, top{}, bottom{}, middle{};
     if (m_layout.strainAt != D3plotLayout::kNone)
@@ -118,8 +119,8 @@ void RecordMaker::PlaceValues(BlankMesh::Shell const & i_shell, float const * i_
         for (std::size_t k = 0; k < 4; ++k)
             if (i_shell.corner[k] >= 0)
                 for (std::size_t axis = 0; axis < 3; ++axis)
-                    corners[k][axis] = static_cast<double>(
-                        m_nodes[3 * static_cast<std::size_t>(i_shell.corner[k]) + axis]);
+                    corners[k][axis] =
+                        static_cast<double>(m_nodes[3 * static_cast<std::size_t>(i_shell.corner[k]) + axis]);
         ShellFrame const frame = FrameOf(corners, i_shell.corner[3] < 0);
         bottom = MembranePart(frame, i_values + m_layout.strainAt);
         top = MembranePart(frame, i_values + m_layout.strainAt + 6);
@@ -167,7 +168,7 @@ void RecordMaker::ReadShells(Place i_state, StateRecord & o_record)
             BlankMesh::Shell const & shell = m_mesh.shells[i];
             if (m_shellIndex[i] >= 0)
                 PlaceValues(shell, m_block.data() + (shell.row - first) * m_layout.shellWords,
-                       static_cast<std::size_t>(m_shellIndex[i]), o_record);
+                            static_cast<std::size_t>(m_shellIndex[i]), o_record);
         }
     }
 }

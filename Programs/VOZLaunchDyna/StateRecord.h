@@ -38,7 +38,8 @@ private:
     void ReadDeletions(Place i_state);
     void Connect(StateRecord & o_record);
     void ReadShells(Place i_state, StateRecord & o_record);
-    void PlaceValues(BlankMesh::Shell const & i_shell, float const * i_values, std::size_t i_index, StateRecord & io_record);
+    void PlaceValues(BlankMesh::Shell const & i_shell, float const * i_values, std::size_t i_index,
+                     StateRecord & io_record);
 
     WordReader & m_reader;
     D3plotLayout const & m_layout;

@@ -40,7 +40,8 @@ converted), 5 output.voz not written, 1 a fault of the program.
 Example: VOZLaunchDyna "C:\work\part" 10
 )";
 
-constexpr char kErrorTermination[] = "E r r o r t e r m i n a t i o n"; // what the solver says, its blanks drawn together
+constexpr char kErrorTermination[] =
+    "E r r o r t e r m i n a t i o n"; // what the solver says, its blanks drawn together
 
 // Both ways to be heard: the status file, and the error stream where there is one.
 ExitCode end(LaunchStatus & io_status, State state, ExitCode code, std::string const & text)
@@ -166,7 +167,8 @@ int run(std::vector<std::string> words)
     LaunchStatus status(arguments.folder);
     if (!wrong.empty() || !isFolder)
     {
-        std::string const text = wrong.empty() ? arguments.folder + " is no folder; expected the one of the deck" : wrong;
+        std::string const text =
+            wrong.empty() ? arguments.folder + " is no folder; expected the one of the deck" : wrong;
         if (isFolder)
             return end(status, State::Failed, kUsage, text);
         std::fprintf(stderr, "VOZLaunchDyna: %s\n", text.c_str());

@@ -88,12 +88,12 @@ protected:
             state.shells.push_back(values);
         }
         if (i_model.options.deletion != 0)
-            state.alive.assign(i_model.options.deletion == 1
-                                   ? i_model.nodes.size()
-                                   : i_model.shells.size() + static_cast<std::size_t>(i_model.numSolids +
-                                                                                      i_model.numBeams +
-                                                                                      i_model.numThickShells),
-                               1.0);
+            state.alive.assign(
+                i_model.options.deletion == 1
+                    ? i_model.nodes.size()
+                    : i_model.shells.size() +
+                          static_cast<std::size_t>(i_model.numSolids + i_model.numBeams + i_model.numThickShells),
+                1.0);
         return state;
     }
 

@@ -191,10 +191,10 @@ private:
     {
         Options const & o = m.options;
         std::array<std::int64_t, 64> words{};
-        words[11] = 1;                                        // a d3plot
-        words[15] = m.types.empty() ? 4 : 5;                  // NDIM
+        words[11] = 1;                                         // a d3plot
+        words[15] = m.types.empty() ? 4 : 5;                   // NDIM
         words[16] = static_cast<std::int64_t>(m.nodes.size()); // NUMNP
-        words[17] = 6;                                        // ICODE
+        words[17] = 6;                                         // ICODE
         words[18] = o.globals;
         words[19] = o.it;
         words[20] = o.hasCoordinates;

@@ -3,8 +3,8 @@
 
 #include "Conversion.h"
 #include "LaunchArguments.h"
-#include "LaunchStatus.h"
 #include "SolverRun.h"
+#include "StatusFile.h"
 
 #include <cstdio>
 #include <exception>
@@ -44,7 +44,7 @@ constexpr char kErrorTermination[] =
     "E r r o r t e r m i n a t i o n"; // what the solver says, its blanks drawn together
 
 // Both ways to be heard: the status file, and the error stream where there is one.
-ExitCode end(LaunchStatus & io_status, State state, ExitCode code, std::string const & text)
+ExitCode end(StatusFile & io_status, LaunchState state, ExitCode code, std::string const & text)
 {
     std::fprintf(stderr, "VOZLaunchDyna: %s\n", text.c_str());
     io_status.state = state;
@@ -74,9 +74,9 @@ std::string outcome(Converted const & converted, std::size_t numPoints)
 
 // What is whole is converted, whatever has become of the solver.
 ExitCode convert(std::filesystem::path const & folder, DeckTimes const & times, std::string const & complaint,
-                 LaunchStatus & io_status)
+                 StatusFile & io_status)
 {
-    io_status.state = State::Converting;
+    io_status.state = LaunchState::Converting;
     io_status.Show();
     Converted const converted = ConvertResults(folder, times.points,
                                                [&io_status](int records)
@@ -87,9 +87,9 @@ ExitCode convert(std::filesystem::path const & folder, DeckTimes const & times, 
     io_status.records = converted.records;
     std::string const text = complaint + outcome(converted, times.points.size());
     if (!complaint.empty() || !converted.missing.empty())
-        return end(io_status, State::Failed, kSolve, text);
+        return end(io_status, LaunchState::Failed, kSolve, text);
     io_status.time = times.end;
-    io_status.state = State::Done;
+    io_status.state = LaunchState::Done;
     io_status.message = text;
     io_status.Show();
     std::printf("%s\n", text.c_str());
@@ -108,7 +108,7 @@ std::string complaintOf(SolverEnd const & run, Solver const & solver)
     return "";
 }
 
-ExitCode launch(Arguments const & arguments, bool isToSolve, LaunchStatus & io_status)
+ExitCode launch(Arguments const & arguments, bool isToSolve, StatusFile & io_status)
 {
     std::filesystem::path const folder(arguments.folder);
     io_status.Remove();
@@ -122,7 +122,7 @@ ExitCode launch(Arguments const & arguments, bool isToSolve, LaunchStatus & io_s
     }
     catch (DeckError const & error)
     {
-        return end(io_status, State::Failed, kInput, error.what());
+        return end(io_status, LaunchState::Failed, kInput, error.what());
     }
     io_status.end = times.end;
     std::string complaint;
@@ -130,8 +130,8 @@ ExitCode launch(Arguments const & arguments, bool isToSolve, LaunchStatus & io_s
     {
         auto const solver = FindSolver(ReadSettings(), complaint);
         if (!solver)
-            return end(io_status, State::Failed, kSolve, complaint);
-        io_status.state = State::Running;
+            return end(io_status, LaunchState::Failed, kSolve, complaint);
+        io_status.state = LaunchState::Running;
         io_status.message = solver->program;
         io_status.Show();
         SolverEnd const run = RunSolver(*solver, folder,
@@ -164,13 +164,13 @@ int run(std::vector<std::string> words)
     std::string const wrong = ParseArguments(words, arguments);
     std::error_code ignored;
     bool const isFolder = !arguments.folder.empty() && std::filesystem::is_directory(arguments.folder, ignored);
-    LaunchStatus status(arguments.folder);
+    StatusFile status(arguments.folder);
     if (!wrong.empty() || !isFolder)
     {
         std::string const text =
             wrong.empty() ? arguments.folder + " is no folder; expected the one of the deck" : wrong;
         if (isFolder)
-            return end(status, State::Failed, kUsage, text);
+            return end(status, LaunchState::Failed, kUsage, text);
         std::fprintf(stderr, "VOZLaunchDyna: %s\n", text.c_str());
         return wrong.empty() ? kInput : kUsage;
     }
@@ -180,11 +180,11 @@ int run(std::vector<std::string> words)
     }
     catch (OutputError const & error)
     {
-        return end(status, State::Failed, kOutput, error.what());
+        return end(status, LaunchState::Failed, kOutput, error.what());
     }
     catch (std::exception const & error)
     {
-        return end(status, State::Failed, kInternal, error.what());
+        return end(status, LaunchState::Failed, kInternal, error.what());
     }
 }
 } // namespace

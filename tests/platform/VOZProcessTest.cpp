@@ -274,6 +274,38 @@ TEST_F(Process, ShellExecuteGivesTheChildASessionOfItsOwn)
 }
 #endif
 
+TEST_F(Process, AChildOfAFolderWritesItsOutputIntoAFile)
+{
+    auto const wide = [](std::string const & text) { return CATUnicodeString(text.c_str()).ConvertToUTF16(); };
+    auto line = wide("\"" + program() + "\" \"" + folder.Path("got") + "\" \"say=a b\" exit=3");
+    line.push_back(0);
+    folder.Write("said", "an older and longer text that goes");
+    VOZProcess::Information child;
+    ASSERT_TRUE(VOZProcess::CreateProcessInFolder(line.data(), wide(folder.Path()).c_str(),
+                                                  wide(folder.Path("said")).c_str(), child));
+    EXPECT_EQ(waitAndClose(child), 3U);
+    EXPECT_EQ(Left(), (Words{"say=a b", "exit=3"}));
+    EXPECT_TRUE(std::filesystem::equivalent(mChildFolder, folder.Path()));
+    std::string said = folder.Read("said");
+    std::erase(said, '\r'); // which some systems write ahead of a line feed
+    EXPECT_EQ(said, "a b\nerror a b\n");
+}
+
+TEST_F(Process, AChildOfAFolderNeedsProgramFolderAndFile)
+{
+    auto const wide = [](std::string const & text) { return CATUnicodeString(text.c_str()).ConvertToUTF16(); };
+    auto const starts = [&](std::string const & name, std::string const & in, std::string const & out)
+    {
+        auto line = wide("\"" + name + "\" x");
+        line.push_back(0);
+        VOZProcess::Information child;
+        return VOZProcess::CreateProcessInFolder(line.data(), wide(in).c_str(), wide(out).c_str(), child);
+    };
+    EXPECT_FALSE(starts(folder.Path("none"), folder.Path(), folder.Path("said")));
+    EXPECT_FALSE(starts(program(), folder.Path("none"), folder.Path("said")));
+    EXPECT_FALSE(starts(program(), folder.Path(), folder.Path("none/said")));
+}
+
 TEST_F(Process, ShellExecuteReportsAMissingProgramOrFolder)
 {
     auto const none = CATUnicodeString(folder.Path("missing").c_str()).ConvertToUTF16();

@@ -1,7 +1,7 @@
 // LaunchSearchTest.cpp: where the solver is looked for; what the status file says.
 
-#include "LaunchStatus.h"
 #include "SolverRun.h"
+#include "StatusFile.h"
 #include "TempFolder.h"
 
 #include <gtest/gtest.h>
@@ -82,10 +82,10 @@ TEST_F(LaunchSearch, WithoutASolverTheMessageSaysWhatToSet)
 
 TEST_F(LaunchSearch, TheStatusIsLinesOfKeysAndValues)
 {
-    voz::launch::LaunchStatus status(folder.Path());
+    voz::launch::StatusFile status(folder.Path());
     EXPECT_TRUE(status.Show());
     EXPECT_EQ(folder.Read("launch.status"), "state=starting\ntime=0\nend=0\nrecords=0\nmessage=\n");
-    status.state = voz::launch::State::Failed;
+    status.state = voz::launch::LaunchState::Failed;
     status.time = 0.0125;
     status.end = 0.02;
     status.records = 7;
@@ -99,7 +99,7 @@ TEST_F(LaunchSearch, TheStatusIsLinesOfKeysAndValues)
 
 TEST_F(LaunchSearch, AStatusThatCannotBeWrittenIsNoFault)
 {
-    voz::launch::LaunchStatus status(folder.Path("none"));
+    voz::launch::StatusFile status(folder.Path("none"));
     EXPECT_FALSE(status.Show());
 }
 

@@ -1,8 +1,9 @@
 // EchoArguments.cpp: a child for the tests of processes. "EchoArguments FILE ARGUMENTS..." leaves its folder and its
 // arguments in FILE, each in brackets on a line, under the final name only when all is written. An argument "exit=N"
-// gives the exit code, "crash" an abort, "sleep=N" milliseconds of delay.
+// gives the exit code, "crash" an abort, "sleep=N" milliseconds of delay, "say=T" the text on output and errors.
 
 #include <chrono>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -21,6 +22,12 @@ int main(int count, char ** words)
             code = std::atoi(word.c_str() + 5);
         if (word.rfind("sleep=", 0) == 0)
             std::this_thread::sleep_for(std::chrono::milliseconds(std::atoi(word.c_str() + 6)));
+        if (word.rfind("say=", 0) == 0)
+        {
+            std::printf("%s\n", word.c_str() + 4);
+            std::fflush(stdout); // so that the two streams follow one another
+            std::fprintf(stderr, "error %s\n", word.c_str() + 4);
+        }
         if (word == "crash")
             std::abort();
     }

@@ -1,4 +1,4 @@
-#include "LaunchStatus.h"
+#include "StatusFile.h"
 
 #include <charconv>
 #include <chrono>
@@ -30,14 +30,14 @@ std::string oneLine(std::string text)
 }
 } // namespace
 
-void LaunchStatus::Remove() const
+void StatusFile::Remove() const
 {
     std::error_code ignored;
     for (char const * name : {kName, kUnderWay})
         std::filesystem::remove(m_folder / name, ignored);
 }
 
-bool LaunchStatus::Show()
+bool StatusFile::Show()
 {
     std::string const text = std::string("state=") + kStates[static_cast<int>(state)] + "\ntime=" + number(time) +
                              "\nend=" + number(end) + "\nrecords=" + std::to_string(records) +

@@ -1,18 +1,18 @@
-// LaunchStatus.h: "launch.status", through which whoever started the launcher sees how far it has come.
+// StatusFile.h: "launch.status", through which whoever started the launcher sees how far it has come.
 //
 // Lines key=value: state (starting, running, converting, done, failed), time and end (seconds of the simulation; end is
 // the deck's ENDTIM), records (written so far), message (one line; on failure what failed and what to do). Written as
 // "launch.status.new" and renamed, so that a reader never meets half of it.
 
-#ifndef LAUNCHSTATUS_H
-#define LAUNCHSTATUS_H
+#ifndef STATUSFILE_H
+#define STATUSFILE_H
 
 #include <filesystem>
 #include <string>
 
 namespace voz::launch
 {
-enum class State
+enum class LaunchState
 {
     Starting,
     Running,
@@ -21,14 +21,14 @@ enum class State
     Failed
 };
 
-class LaunchStatus
+class StatusFile
 {
 public:
-    explicit LaunchStatus(std::filesystem::path const & i_folder) : m_folder(i_folder) {}
+    explicit StatusFile(std::filesystem::path const & i_folder) : m_folder(i_folder) {}
 
     void Remove() const; // what an earlier run left
 
-    State state = State::Starting;
+    LaunchState state = LaunchState::Starting;
     double time = 0.0;
     double end = 0.0;
     int records = 0;

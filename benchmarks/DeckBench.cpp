@@ -4,6 +4,7 @@
 // that every write runs. The goal is (DeckWrite - DeckBoundary) / DeckNumbers at most 1.5; the counter "ratio" of
 // DeckWrite is that quotient, from the best of five runs of each.
 
+#include "BenchClock.h"
 #include "DeckReader.h"
 
 #include "EdgeSets.h"
@@ -22,10 +23,8 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
-#include <ctime>
 #include <filesystem>
 #include <fstream>
-#include <limits>
 #include <memory>
 #include <string>
 #include <vector>
@@ -135,20 +134,6 @@ int boundary(Plate const & plate)
     return error + held.numBlankHolder();
 }
 
-// Of this process's own time: what else runs on the machine does not count.
-template <class Work>
-double bestSeconds(Work work)
-{
-    double best = std::numeric_limits<double>::infinity();
-    for (int run = 0; run < 5; ++run)
-    {
-        std::clock_t const start = std::clock();
-        work();
-        best = std::min(best, static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC);
-    }
-    return best;
-}
-
 void DeckNumbers(benchmark::State & state)
 {
     Plate & plate = Plate::of(static_cast<int>(state.range(0)));
@@ -175,9 +160,9 @@ void DeckWrite(benchmark::State & state)
         solver.write(path.c_str(), false, false, 0);
     state.SetItemsProcessed(state.iterations() * plate.mesh.numElem());
     std::vector<char> buffer = numberBuffer(plate);
-    double const numbers = bestSeconds([&] { benchmark::DoNotOptimize(formatNumbers(plate, buffer)); });
-    double const edges = bestSeconds([&] { benchmark::DoNotOptimize(boundary(plate)); });
-    double const whole = bestSeconds([&] { solver.write(path.c_str(), false, false, 0); });
+    double const numbers = benchclock::bestSeconds([&] { benchmark::DoNotOptimize(formatNumbers(plate, buffer)); });
+    double const edges = benchclock::bestSeconds([&] { benchmark::DoNotOptimize(boundary(plate)); });
+    double const whole = benchclock::bestSeconds([&] { solver.write(path.c_str(), false, false, 0); });
     state.counters["ratio"] = (whole - edges) / numbers;
     std::filesystem::remove(path);
 }

@@ -4,6 +4,7 @@
 // most 1.5; the counter "ratio" of ExportPlain is that quotient, from the best of five runs of each, in CPU time of the
 // program itself.
 
+#include "BenchClock.h"
 #include "BenchMeshes.h"
 
 #include "VOZDYNAWriter.h"
@@ -11,9 +12,7 @@
 #include <benchmark/benchmark.h>
 
 #include <charconv>
-#include <ctime>
 #include <filesystem>
-#include <limits>
 #include <string>
 #include <vector>
 
@@ -72,19 +71,6 @@ void writeAll()
     std::filesystem::remove(path);
 }
 
-template <class Work>
-double bestSeconds(Work work)
-{
-    double best = std::numeric_limits<double>::infinity();
-    for (int run = 0; run < 5; ++run)
-    {
-        std::clock_t const start = std::clock();
-        work();
-        best = std::min(best, static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC);
-    }
-    return best;
-}
-
 void ExportNumbers(benchmark::State & state)
 {
     std::vector<char> buffer = numberBuffer();
@@ -97,8 +83,8 @@ void ExportPlain(benchmark::State & state)
     for (auto _ : state)
         writeAll();
     std::vector<char> buffer = numberBuffer();
-    double const numbers = bestSeconds([&] { formatAll(buffer); });
-    state.counters["ratio"] = bestSeconds(writeAll) / numbers;
+    double const numbers = benchclock::bestSeconds([&] { formatAll(buffer); });
+    state.counters["ratio"] = benchclock::bestSeconds(writeAll) / numbers;
 }
 } // namespace
 

@@ -1,5 +1,5 @@
 // Exports.h: the files that leave the workbench beside the report: blank outline as DXF and SVG, results as VTU, tables
-// as CSV.
+// as CSV, the formed blank as LS-DYNA deck, as NASTRAN bulk data, and its displacements.
 //
 // Each throws OutputError (OutputFile.h). Same outcome, same bytes.
 
@@ -13,6 +13,8 @@
 
 namespace voz::workbench
 {
+
+struct JobMaterial;
 
 // A piece of an outline: a line, or an arc that leaves its start with the tangent of a quarter of its angle ("bulge",
 // positive when it turns left).
@@ -56,6 +58,20 @@ void WriteVtu(Outcome const & i_outcome, std::string const & i_folder);
 // "nodes.csv", "elements.csv", "fld.csv", and where the outcome has them "elements_top.csv", "elements_bottom.csv" and
 // "springback.csv", in i_folder: UTF-8, decimal point, a header with units.
 void WriteTables(Outcome const & i_outcome, std::string const & i_folder);
+
+// "formed.k", the formed blank in SI units with thickness, strains and plastic strain, without a keyword line, and
+// "formed_main.k", which includes it and has part, section and material; in i_folder. The elements are one part, of
+// the first material. i_materials: those of the job, one at least; here and below.
+void WriteFormedDyna(Outcome const & i_outcome, std::vector<JobMaterial> const & i_materials,
+                     std::string const & i_folder);
+
+// "formed.nas", nodes and elements with their thickness at the corners, and "formed.bdf", the same as a deck that a
+// solver runs, with properties and materials; in i_folder. mm, N, t, MPa.
+void WriteFormedNastran(Outcome const & i_outcome, std::vector<JobMaterial> const & i_materials,
+                        std::string const & i_folder);
+
+// The way of each node from the part to the flat, mm, tab-separated.
+void WriteDisplacementTable(Outcome const & i_outcome, std::string const & i_path);
 
 } // namespace voz::workbench
 

@@ -166,6 +166,9 @@ struct JobOutputs
     bool dxf = true;
     bool svg = true;
     bool tables = false;
+    bool dyna = false;              // the formed blank as an LS-DYNA deck
+    bool nastran = false;           // and as NASTRAN bulk data
+    bool displacements = false;     // of the nodes, as a table
     double outlineTolerance = 0.05; // mm
     bool isDxfR12 = false;
 };

@@ -79,6 +79,21 @@ TEST_F(DravoCommand, TheInProcessRouteTellsThreeLayers)
     EXPECT_NE(ReadBack(Path("out/bump-001/report.html")).find("<section id=\"layers\">"), std::string::npos);
 }
 
+TEST_F(DravoCommand, RunWritesTheFormedBlankForWhatComesAfterItWhereTheJobAsks)
+{
+    MakeJob("[output]\ndyna = true\nnastran = true\ndisplacements = true\n");
+    for (char const * const route : {"kernel", "file"})
+    {
+        Ran const ran = Dravo(std::string("run bump.toml --out ") + route + " --route " + route);
+        ASSERT_EQ(ran.code, 0) << ran.err;
+        std::string const folder = route + std::string("/bump-001/");
+        for (char const * const name : {"formed.k", "formed.nas", "formed.bdf"})
+            EXPECT_EQ(Dravo("inspect " + folder + name).code, 0) << name;
+        EXPECT_EQ(Dravo("inspect " + folder + "formed_main.k --length-unit m").code, 0);
+        EXPECT_EQ(ReadBack(Path(folder + "displacements.txt")).rfind("Locations Axis", 0), 0u);
+    }
+}
+
 TEST_F(DravoCommand, RunAsJsonIsOneDocumentWithUnitsInItsKeys)
 {
     MakeJob("[output]\nreport = false\nvtu = false\ndxf = false\nsvg = false\n");

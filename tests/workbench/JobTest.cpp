@@ -10,6 +10,7 @@
 
 #include <cmath>
 #include <fstream>
+#include <tuple>
 
 using namespace voz::workbench;
 using testing::AllOf;
@@ -84,6 +85,18 @@ TEST_F(JobTest, ReadsASoundJobWithItsDefaults)
     EXPECT_TRUE(job.outputs.report);
     EXPECT_FALSE(job.outputs.tables);
     EXPECT_THAT(job.warnings, IsEmpty());
+}
+
+TEST_F(JobTest, ExportsOfTheFormedBlankAreOffUntilTheyAreAskedFor)
+{
+    for (JobOutputs const & outputs : {ParseJob(Sound(), JobPath()).outputs, JobOutputs()})
+        EXPECT_FALSE(outputs.dyna || outputs.nastran || outputs.displacements);
+    for (std::string const key : {"dyna", "nastran", "displacements"})
+    {
+        JobOutputs const outputs = ParseJob(Sound() + "[output]\n" + key + " = true\n", JobPath()).outputs;
+        EXPECT_EQ(std::make_tuple(outputs.dyna, outputs.nastran, outputs.displacements),
+                  std::make_tuple(key == "dyna", key == "nastran", key == "displacements"));
+    }
 }
 
 struct LengthCase

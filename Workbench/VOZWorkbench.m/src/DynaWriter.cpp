@@ -1,7 +1,7 @@
 // DynaWriter.cpp: a keyword deck of nodes, shells, parts and sections; I10 where an id needs more than eight columns.
 
+#include "CardText.h"
 #include "MeshReaders.h"
-#include "NumberText.h"
 #include "OutputFile.h"
 
 #include <algorithm>
@@ -10,22 +10,6 @@ namespace voz::workbench
 {
 namespace
 {
-std::string right(std::string text, std::size_t width)
-{
-    if (text.size() < width)
-        text.insert(0, width - text.size(), ' ');
-    return text;
-}
-
-std::string right(int value, std::size_t width)
-{
-    return right(std::to_string(value), width);
-}
-std::string real(double value, std::size_t width)
-{
-    return right(RealInColumns(value, width, Exponent::WithLetter), width);
-}
-
 std::size_t idWidth(MeshModel const & model)
 {
     int largest = 0;
@@ -56,9 +40,9 @@ void WriteDyna(MeshModel const & i_model, OutputFile & io_file)
     io_file << "$ Lengths in mm.\n*KEYWORD\n*NODE" << mark << '\n';
     for (int n = 1; n <= mesh.numNode(); ++n)
     {
-        io_file << right(i_model.nodeIds[static_cast<std::size_t>(n - 1)], width);
+        io_file << KeywordField(i_model.nodeIds[static_cast<std::size_t>(n - 1)], width);
         for (int c = 0; c < 3; ++c)
-            io_file << real(mesh.NodeValue(n, c), 16);
+            io_file << KeywordField(mesh.NodeValue(n, c), 16);
         io_file << '\n';
     }
     std::vector<int> const setOf = SetOfElements(i_model);
@@ -66,24 +50,26 @@ void WriteDyna(MeshModel const & i_model, OutputFile & io_file)
     for (int e = 1; e <= mesh.numElem(); ++e)
     {
         bool const isTriangle = IsTriangleRow(mesh.GetElemData()[e]);
-        io_file << right(i_model.elementIds[static_cast<std::size_t>(e - 1)], width)
-                << right(setOf[static_cast<std::size_t>(e)], width);
+        io_file << KeywordField(i_model.elementIds[static_cast<std::size_t>(e - 1)], width)
+                << KeywordField(setOf[static_cast<std::size_t>(e)], width);
         for (int k = 0; k < 4; ++k)
         {
             int const position = mesh.ElementValue(e, isTriangle ? std::min(k, 2) : k);
-            io_file << right(i_model.nodeIds[static_cast<std::size_t>(position - 1)], width);
+            io_file << KeywordField(i_model.nodeIds[static_cast<std::size_t>(position - 1)], width);
         }
         io_file << '\n';
     }
     for (ElementSet const & set : i_model.sets)
     {
         int const section = set.thickness > 0.0 ? set.id : 0;
-        io_file << "*PART\n" << titleOf(set) << '\n' << right(set.id, 10) << right(section, 10) << right(0, 10) << '\n';
+        io_file << "*PART\n"
+                << titleOf(set) << '\n'
+                << KeywordField(set.id, 10) << KeywordField(section, 10) << KeywordField(0, 10) << '\n';
         if (section != 0)
         {
-            io_file << "*SECTION_SHELL\n" << right(section, 10) << right(2, 10) << '\n';
+            io_file << "*SECTION_SHELL\n" << KeywordField(section, 10) << KeywordField(2, 10) << '\n';
             for (int k = 0; k < 4; ++k)
-                io_file << real(set.thickness, 10);
+                io_file << KeywordField(set.thickness, 10);
             io_file << '\n';
         }
     }

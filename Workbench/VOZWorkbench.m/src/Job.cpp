@@ -209,6 +209,9 @@ void ReadOutputs(JobTable & io_root, Job & io_job)
     outputs.dxf = table.Flag("dxf", outputs.dxf);
     outputs.svg = table.Flag("svg", outputs.svg);
     outputs.tables = table.Flag("tables", outputs.tables);
+    outputs.dyna = table.Flag("dyna", outputs.dyna);
+    outputs.nastran = table.Flag("nastran", outputs.nastran);
+    outputs.displacements = table.Flag("displacements", outputs.displacements);
     outputs.outlineTolerance = table.Quantity("outline_tolerance", Dimension::Length, outputs.outlineTolerance);
     if (!(outputs.outlineTolerance > 0.0))
         table.Refuse("outline_tolerance", "must be above 0");

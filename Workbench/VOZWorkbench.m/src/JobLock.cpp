@@ -342,6 +342,9 @@ private:
         Line("dxf", mJob.outputs.dxf);
         Line("svg", mJob.outputs.svg);
         Line("tables", mJob.outputs.tables);
+        Line("dyna", mJob.outputs.dyna);
+        Line("nastran", mJob.outputs.nastran);
+        Line("displacements", mJob.outputs.displacements);
         Line("outline_tolerance_mm", mJob.outputs.outlineTolerance);
         Line("dxf_version", Quoted(mJob.outputs.isDxfR12 ? "R12" : "R2000"));
     }

@@ -101,6 +101,9 @@ level = 2                     # 0 none, 1 light, 2 medium, 3 strong, 4 no draw-i
 # dxf = true
 # svg = true
 # tables = false
+# dyna = false                # the formed blank as an LS-DYNA deck with thickness and strains
+# nastran = false             # and as NASTRAN bulk data
+# displacements = false       # of the nodes, as a table
 )";
 }
 

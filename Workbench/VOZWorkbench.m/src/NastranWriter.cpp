@@ -1,30 +1,13 @@
 // NastranWriter.cpp: bulk data with the coordinates in large field, all else in small.
 
+#include "CardText.h"
 #include "MeshReaders.h"
-#include "NumberText.h"
 #include "OutputFile.h"
-
-#include <algorithm>
 
 namespace voz::workbench
 {
 namespace
 {
-std::string padded(std::string text, std::size_t width)
-{
-    text.resize(std::max(text.size(), width), ' ');
-    return text;
-}
-
-std::string small(int value)
-{
-    return padded(std::to_string(value), 8);
-}
-std::string large(double value)
-{
-    return padded(RealInColumns(value, 16, Exponent::Bare), 16);
-}
-
 // Ids beyond eight digits need the large field.
 void writeElement(OutputFile & file, std::string const & name, std::vector<int> const & fields)
 {
@@ -33,15 +16,15 @@ void writeElement(OutputFile & file, std::string const & name, std::vector<int> 
         isWide = isWide || field > 99999999;
     if (!isWide)
     {
-        file << padded(name, 8);
+        file << LeftIn(name, 8);
         for (int const field : fields)
-            file << small(field);
+            file << SmallField(field);
         file << '\n';
         return;
     }
-    file << padded(name + "*", 8);
+    file << LeftIn(name + "*", 8);
     for (std::size_t k = 0; k < fields.size(); ++k)
-        file << (k == 4 ? "\n*       " : "") << padded(std::to_string(fields[k]), 16);
+        file << (k == 4 ? "\n*       " : "") << LargeField(fields[k]);
     file << '\n';
 }
 } // namespace
@@ -51,11 +34,7 @@ void WriteNastran(MeshModel const & i_model, OutputFile & io_file)
     io_file << "$ Lengths in mm.\nBEGIN BULK\n";
     VOZCatMesh const & mesh = i_model.mesh;
     for (int n = 1; n <= mesh.numNode(); ++n)
-    {
-        io_file << "GRID*   " << padded(std::to_string(i_model.nodeIds[static_cast<std::size_t>(n - 1)]), 16)
-                << std::string(16, ' ') << large(mesh.NodeValue(n, 0)) << large(mesh.NodeValue(n, 1)) << "\n*       "
-                << large(mesh.NodeValue(n, 2)) << '\n';
-    }
+        io_file << GridCard(i_model.nodeIds[static_cast<std::size_t>(n - 1)], mesh.GetNodeData()[n]);
     std::vector<int> const setOf = SetOfElements(i_model);
     for (int e = 1; e <= mesh.numElem(); ++e)
     {
@@ -68,8 +47,7 @@ void WriteNastran(MeshModel const & i_model, OutputFile & io_file)
     }
     for (ElementSet const & set : i_model.sets)
         if (set.thickness > 0.0)
-            io_file << "PSHELL* " << padded(std::to_string(set.id), 16) << std::string(16, ' ') << large(set.thickness)
-                    << "\n*\n";
+            io_file << "PSHELL* " << LargeField(set.id) << std::string(16, ' ') << LargeField(set.thickness) << "\n*\n";
     io_file << "ENDDATA\n";
 }
 

@@ -148,6 +148,18 @@ void WriteOutputs(Job const & i_job, RunRecord & io_record)
         WriteTables(outcome, folder.string());
         path("tables, CSV", "elements.csv");
     }
+    if (i_job.outputs.dyna)
+    {
+        WriteFormedDyna(outcome, i_job.materials, folder.string());
+        path("formed blank, LS-DYNA", "formed_main.k");
+    }
+    if (i_job.outputs.nastran)
+    {
+        WriteFormedNastran(outcome, i_job.materials, folder.string());
+        path("formed blank, NASTRAN", "formed.bdf");
+    }
+    if (i_job.outputs.displacements)
+        WriteDisplacementTable(outcome, path("displacements", "displacements.txt"));
 }
 
 void WriteJson(std::string const & i_path, nlohmann::json const & i_json)

@@ -1,22 +1,15 @@
 // MaterialDatabase.h: reads the XML material database.
 //
-// Every refusal is a MaterialDatabaseError whose text is "file:line: what was found; what was expected".
+// Every refusal is an XmlDatabaseError.
 
 #ifndef MATERIALDATABASE_H
 #define MATERIALDATABASE_H
 
 #include "VOZAPIMaterialList.h"
+#include "XmlDatabase.h"
 
-#include <map>
 #include <memory>
-#include <stdexcept>
 #include <string>
-
-class MaterialDatabaseError : public std::runtime_error
-{
-public:
-    using std::runtime_error::runtime_error;
-};
 
 struct MaterialDestroyer
 {
@@ -39,14 +32,13 @@ public:
     static void Delete(VOZAPIMaterialList * i_pList);
 
 private:
-    void ReadFile(std::string const & i_file);
     void Append(MaterialPointer i_pMaterial, char const * i_strGroup, char const * i_strSource);
 
     friend class MaterialFile;
 
     VOZAPIMaterialList * m_pFirst = nullptr;
     VOZAPIMaterialList * m_pLast = nullptr;
-    std::map<std::string, std::string> m_placeOfName; // where each name stands: "file:line"
+    PlacesOfNames m_placeOfName;
 };
 
 #endif

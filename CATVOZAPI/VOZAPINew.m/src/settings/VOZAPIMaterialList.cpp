@@ -25,7 +25,7 @@ VOZAPIMaterialList * VOZAPIMaterialList::VOZAPICreateMaterialList(unsigned short
         database.Read(CATUnicodeString(i_strPath).ConvertToChar());
         return database.Release();
     }
-    catch (MaterialDatabaseError const & error)
+    catch (XmlDatabaseError const & error)
     {
         o_strError = error.what();
         return nullptr;

@@ -6,55 +6,14 @@
 #include "CATUnicodeString.h"
 #include "VOZAPIMaterialList.h"
 #include "VOZMaterial.h"
+#include "XmlFuzz.h"
 
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <random>
-#include <string>
 
 namespace
 {
-// One file per process, overwritten by each input and removed at the end.
-class InputFile
-{
-public:
-    InputFile()
-    {
-        std::random_device seed;
-        mPath = (std::filesystem::temp_directory_path() / ("voz-material-fuzz-" + std::to_string(seed()))).string();
-    }
-    ~InputFile()
-    {
-        std::error_code ignored;
-        std::filesystem::remove(mPath, ignored);
-    }
-    InputFile(InputFile const &) = delete;
-    InputFile & operator=(InputFile const &) = delete;
-
-    std::string const & Write(std::uint8_t const * i_data, std::size_t i_size)
-    {
-        std::ofstream(mPath, std::ios::binary | std::ios::trunc)
-            .write(reinterpret_cast<char const *>(i_data), static_cast<std::streamsize>(i_size));
-        return mPath;
-    }
-
-private:
-    std::string mPath;
-};
-
-void Require(bool i_holds, char const * i_claim)
-{
-    if (i_holds)
-        return;
-    std::fprintf(stderr, "broken: %s\n", i_claim);
-    std::abort();
-}
-
 void Check(VOZMaterial const & i_material)
 {
     for (double value : {i_material.m_dThickness, i_material.m_dNValue, i_material.m_dRValue, i_material.m_dKValue,
@@ -69,7 +28,7 @@ void Check(VOZMaterial const & i_material)
 
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const * data, std::size_t size)
 {
-    static InputFile file;
+    static InputFile file("voz-material-fuzz-");
     CATUnicodeString const path(file.Write(data, size).c_str());
     CATUnicodeString error;
     VOZAPIMaterialList * const list =

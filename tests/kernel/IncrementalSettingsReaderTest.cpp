@@ -7,9 +7,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <random>
 #include <string>
 #include <vector>
@@ -91,6 +93,28 @@ std::string const kWhole =
     "<binderGapFactor>0.2</binderGapFactor>\n<binderAccelFactor>0.5</binderAccelFactor>\n"
     "<smoothContact>yes</smoothContact>\n<hourglassType>0</hourglassType>\n"
     "<outputPositions unit=\"%\">0 12.5 50 100</outputPositions>\n";
+
+std::vector<double> numbersOf(VOZIncrementalSettings const & s)
+{
+    std::vector<double> numbers = {static_cast<double>(s.m_nIntegrationPoints),
+                                   static_cast<double>(s.m_nSpareSetting),
+                                   s.m_dPunchAcceleration,
+                                   s.m_dPunchVelocityFlagSet,
+                                   s.m_dPunchVelocityFlagClear,
+                                   static_cast<double>(s.m_nAdaptivityLevel),
+                                   static_cast<double>(s.m_nAdaptivePasses),
+                                   s.m_dStrokeThreshold,
+                                   s.m_dAdaptSizeFactor,
+                                   static_cast<double>(s.m_nIadpn90),
+                                   s.m_dAdaptEnergyFactor,
+                                   s.m_dAdaptThicknessFactor,
+                                   s.m_dDT2MSFactor,
+                                   s.m_dBinderGapFactor,
+                                   s.m_dBinderAccelFactor,
+                                   static_cast<double>(s.m_nHourglassType)};
+    numbers.insert(numbers.end(), s.m_padOutputPositions, s.m_padOutputPositions + s.m_nOutputPoints);
+    return numbers;
+}
 
 TEST_F(IncrementalDatabase, ReadsEveryFieldIntoSI)
 {
@@ -366,6 +390,22 @@ TEST_F(IncrementalDatabase, FilesWithBrokenBytesAreReadOrRefused)
     }
 }
 
+// The documents' example holds every field, each with its default.
+TEST_F(IncrementalDatabase, TheExampleOfTheDocumentsHoldsTheDefaults)
+{
+    std::ifstream file(std::string(VOZ_SOURCE_DIR) + "/docs/incremental-settings.md");
+    std::string const page((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+    std::size_t const start = page.find("```xml\n") + 7;
+    std::string const example = page.substr(start, page.find("```", start) - start);
+    Database const database(write("s.xml", example));
+    ASSERT_EQ(database.result, 0) << database.error();
+    VOZIncrementalSettings const & s = *database.entries[0];
+    VOZIncrementalSettings const d;
+    EXPECT_EQ(std::count(example.begin(), example.end(), '\n'), 5 + std::count(kWhole.begin(), kWhole.end(), '\n'));
+    EXPECT_THAT(numbersOf(s), testing::ElementsAreArray(numbersOf(d)));
+    EXPECT_EQ(s.m_bSmoothContact, d.m_bSmoothContact);
+}
+
 // The shipped templates.
 
 std::string const kShipped = std::string(VOZ_SOURCE_DIR) + "/InstallRoot/Increment";
@@ -378,6 +418,14 @@ TEST(ShippedIncrementalSettings, AreThereForThreeKindsOfSheet)
     for (int i = 0; i < database.entries.GetSize(); ++i)
         names.push_back(database.name(i));
     EXPECT_THAT(names, testing::ElementsAre("aluminium", "high-strength-steel", "mild-steel", "mild-steel-draft"));
+}
+
+TEST(ShippedIncrementalSettings, MildSteelWritesTheDefaultsOut)
+{
+    Database const database(kShipped + "/mild-steel.xml");
+    ASSERT_EQ(database.result, 0) << database.error();
+    EXPECT_THAT(numbersOf(*database.entries[0]), testing::ElementsAreArray(numbersOf(VOZIncrementalSettings())));
+    EXPECT_FALSE(database.entries[0]->m_bSmoothContact);
 }
 
 TEST(ShippedIncrementalSettings, LieInWhatAFormingEngineerWouldTake)

@@ -28,7 +28,9 @@ namespace
 constexpr int kMostMeshes = 4;
 constexpr double kMetresPerMillimetre = 0.001;
 constexpr int kToGlobal = 1;
+constexpr int kThicknessPoints = 3;
 constexpr int kShortenedStroke = 2; // the mode, of either sign, that spares a thickness
+constexpr double kSearchCell = 5.0;
 constexpr int kNoCorner = -1;
 
 template <std::size_t N>
@@ -193,11 +195,19 @@ VOZAPIMesh * VOZSolverIncremental::CreateAPIMesh(VOZCatMesh * i_pMesh)
 void VOZSolverIncremental::PunchStrokeAsDZmax()
 {
     std::unique_ptr<VOZAPIMesh> const pMeshDie(CreateAPIMesh(m_pDieMesh));
-    VOZ_ASSERTION(pMeshDie != nullptr, "pMeshDie != NULL");
+    bool const isDie = VOZ_ASSERTION(pMeshDie != nullptr, "pMeshDie != NULL");
     std::unique_ptr<VOZAPIMesh> const pMeshPunch(CreateAPIMesh(m_pPunchMesh));
-    VOZ_ASSERTION(pMeshPunch != nullptr, "pMeshPunch != NULL");
-    double const dMinDistance = 0.0;
-    double const dMaxDistance = 0.0;
+    bool const isPunch = VOZ_ASSERTION(pMeshPunch != nullptr, "pMeshPunch != NULL");
+    double dMinDistance = 0.0;
+    double dMaxDistance = 0.0;
+    if (isDie && isPunch)
+    {
+        double const adDirection[3] = {0.0, 0.0, 1.0};
+        tagVOZFILEINFO info;
+        info.m_nVersion = tagVOZFILEINFO::kVersion;
+        VOZAPIEvalDistanceBetweenMeshes_Average(*pMeshPunch, *pMeshDie, adDirection, kSearchCell, info, dMinDistance,
+                                                dMaxDistance);
+    }
     VOZ_CONTRACT(dMinDistance > 0.0 && dMaxDistance > 0.0 && dMinDistance < dMaxDistance,
                  "dMinDistance > 0.0 && dMaxDistance > 0.0 && dMinDistance < dMaxDistance");
     bool const isShortened = m_nProcessMode == kShortenedStroke || m_nProcessMode == -kShortenedStroke;
@@ -223,4 +233,11 @@ void VOZSolverIncremental::WriteMeshData()
         WriteMeshFile(m_pBinderMesh, m_nPartBinder);
 }
 
-void VOZSolverIncremental::WriteMeshFile(VOZCatMesh *, int) {}
+void VOZSolverIncremental::WriteMeshFile(VOZCatMesh * i_pMesh, int i_nPart)
+{
+    if (i_pMesh == nullptr)
+        return;
+    std::string strPath = MeshFile(m_strWorkingFolder, *i_pMesh).ConvertToChar();
+    DYNAWriter writer(i_pMesh, nullptr, kThicknessPoints, strPath.data(), nullptr, i_nPart);
+    writer.Write();
+}

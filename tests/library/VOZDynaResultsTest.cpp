@@ -406,7 +406,7 @@ TEST_F(DynaResults, IsFreedThroughItsBase)
 TEST_F(DynaResults, SurvivesRandomDamage)
 {
     std::mt19937 random(11);
-    for (int round = 0; round < 300; ++round)
+    for (int round = 0; round < 100; ++round)
     {
         std::string file = sample(0).text() + sample(1, 1).text();
         std::size_t const first = sample(0).text().size();

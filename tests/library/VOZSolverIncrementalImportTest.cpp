@@ -143,9 +143,9 @@ TEST_F(IncrementalImport, FillsTheStoresFromThePointsOfTheirElements)
         double const e11 = (*layers[layer])[12];
         double const e22 = (*layers[layer])[13];
         double const shear = (*layers[layer])[14];
-        double const root = std::hypot(e11 - e22, shear);
-        double const major = (e11 + e22 + root) / 2.0;
-        double const minor = (e11 + e22 - root) / 2.0;
+        double const span = std::hypot(e11 - e22, shear);
+        double const major = (e11 + e22 + span) / 2.0;
+        double const minor = (e11 + e22 - span) / 2.0;
         Result const & store = (*stores)[layer];
         EXPECT_NEAR(store.strain(2, 0), percent(major), 1e-4);
         EXPECT_NEAR(store.strain(2, 1), percent(minor), 1e-4);
@@ -299,8 +299,8 @@ TEST_F(IncrementalImport, TakesNoMoreOfARecordThanItsPoints)
     ASSERT_EQ(import(), 0);
     Record const record = sample(9, 4);
     // One point per element: the triangle's is component 3.
-    double const root = std::hypot(record.middle[3] - record.middle[4], record.middle[5]);
-    EXPECT_NEAR(stores->mid.strain(2, 0), percent((record.middle[3] + record.middle[4] + root) / 2.0), 1e-4);
+    double const span = std::hypot(record.middle[3] - record.middle[4], record.middle[5]);
+    EXPECT_NEAR(stores->mid.strain(2, 0), percent((record.middle[3] + record.middle[4] + span) / 2.0), 1e-4);
     // The quadrilateral's mean asks for four points; of the two that there are the first is its own, and the rest
     // reads as no strain or as its neighbour's, never from outside.
     EXPECT_TRUE(std::isfinite(stores->mid.strain(1, 0)));

@@ -69,8 +69,8 @@ double travelled(double i_time, double i_stroke, double i_velocity, double i_acc
 
 TEST_F(ProcessNumbers, MassScalingTakesTheSmallestElementThatRefinementMakes)
 {
-    // Three levels halve twice: 8 mm -> 2 mm, 4 mm -> 1 mm; 1 mm is below the 2.5 mm that thickness allows.
-    EXPECT_DOUBLE_EQ(massScaling(3, 0.004, 0.008, 0.9, 5100.0, 0.0001), 0.001 * 0.9 / 5100.0);
+    // Three levels halve twice: 8 mm -> 2 mm, 4 mm -> 1 mm, which is below the 1.5 mm that thickness asks for.
+    EXPECT_DOUBLE_EQ(massScaling(3, 0.004, 0.008, 0.9, 5100.0, 0.0015), 0.001 * 0.9 / 5100.0);
     // A single level: nothing is halved.
     EXPECT_DOUBLE_EQ(massScaling(1, 0.004, 0.008, 0.9, 5100.0, 0.1), 0.004 * 0.9 / 5100.0);
 }
@@ -183,6 +183,21 @@ TEST_F(ProcessNumbers, OutputTimesAreTheInverseOfTheVelocityCurve)
         ASSERT_EQ(t.size(), positions.size());
         for (std::size_t i = 0; i < t.size(); ++i)
             EXPECT_NEAR(travelled(t[i], stroke, velocity, acceleration), stroke * positions[i] / 100.0, 1e-6 * stroke);
+    }
+}
+
+// stroke * 100 / 100 may come out above the stroke by a rounding, and so may a list's last position.
+TEST_F(ProcessNumbers, OutputTimesEndWithThePunch)
+{
+    std::mt19937 random(4);
+    std::uniform_real_distribution<double> unit(0.001, 0.2);
+    for (int round = 0; round < 500; ++round)
+    {
+        double const stroke = unit(random);
+        std::vector<double> const t = times(stroke, 5.0, 50000.0, {0.0, 100.0, 100.0000001});
+        ASSERT_EQ(t.size(), 3U);
+        EXPECT_NEAR(t[1], stroke / 5.0 + 5.0 / 50000.0, 1e-9); // the root of a rounding
+        EXPECT_EQ(t[2], stroke / 5.0 + 5.0 / 50000.0);
     }
 }
 

@@ -150,8 +150,8 @@ protected:
         index(blank.numElem());
         VOZMaterial & sheet = *property.material(1);
         sheet.m_strName = CATUnicodeString("test-steel");
-        host.environment["VOZMaterialDB"] = data.Path();
-        data.Write("test.xml", kMaterials);
+        host.environment["VOZMaterialDB"] = database.Path();
+        database.Write("test.xml", kMaterials);
     }
 
     // 120 mm x 80 mm at the height i_z, with a dome of i_height.
@@ -188,7 +188,7 @@ protected:
 </materials>
 )";
 
-    TempFolder data; // the material database
+    TempFolder database; // the material database
     VOZCatMesh blank;
     VOZCatMesh punch;
     VOZCatMesh die;

@@ -161,7 +161,7 @@ void VOZSolverIncremental::EvalOutputTimeIntervals(double i_dPunchStroke, double
             t = std::sqrt(2.0 * d / dAcceleration);
         else if (d > i_dPunchStroke - dRamp)
             t = (i_dPunchStroke / i_dPunchVelocity + i_dPunchVelocity / dAcceleration) -
-                std::sqrt(2.0 * (i_dPunchStroke - d) / dAcceleration);
+                std::sqrt(2.0 * std::max(i_dPunchStroke - d, 0.0) / dAcceleration); // a rounding may lie beyond
         else
             t = (i_dPunchVelocity * 0.5) / dAcceleration + d / i_dPunchVelocity;
     }

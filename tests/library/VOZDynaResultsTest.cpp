@@ -27,7 +27,7 @@ using vozrecords::sample;
 
 namespace
 {
-class DynaResults : public HostFixture
+class OutputVoz : public HostFixture
 {
 protected:
     void write(std::string const & i_bytes)
@@ -102,7 +102,7 @@ std::string words(std::string const & i_bytes, std::size_t i_count)
 }
 } // namespace
 
-TEST_F(DynaResults, IsNewWithoutARecord)
+TEST_F(OutputVoz, IsNewWithoutARecord)
 {
     VOZDynaResults const reader(7, path);
     expectNoArrays(reader);
@@ -114,7 +114,7 @@ TEST_F(DynaResults, IsNewWithoutARecord)
     EXPECT_EQ(reader.m_pstrFile, &path);
 }
 
-TEST_F(DynaResults, HasItsMembersInTheirOrderBehindTheVirtualTable)
+TEST_F(OutputVoz, HasItsMembersInTheirOrderBehindTheVirtualTable)
 {
     VOZDynaResults const reader(7, path);
     auto const offset = [&](void const * member)
@@ -136,7 +136,7 @@ TEST_F(DynaResults, HasItsMembersInTheirOrderBehindTheVirtualTable)
     EXPECT_EQ(sizeof(VOZDynaResults), 88U);
 }
 
-TEST_F(DynaResults, ReadsTheFieldsOfARecordInTheirOrder)
+TEST_F(OutputVoz, ReadsTheFieldsOfARecordInTheirOrder)
 {
     VOZDynaResults reader(1, path);
     EXPECT_TRUE(readOne(reader, sample(3).text()));
@@ -145,7 +145,7 @@ TEST_F(DynaResults, ReadsTheFieldsOfARecordInTheirOrder)
 }
 
 // The words of one record, written as a hex dump would show them.
-TEST_F(DynaResults, TakesEveryValueAsFourBytesWithTheLowestFirst)
+TEST_F(OutputVoz, TakesEveryValueAsFourBytesWithTheLowestFirst)
 {
     std::string const record("\x02\x01\x00\x00"  // step 258
                              "\x01\x00\x00\x00"  // one node
@@ -176,14 +176,14 @@ TEST_F(DynaResults, TakesEveryValueAsFourBytesWithTheLowestFirst)
     EXPECT_EQ(reader.m_padStrainComponentsMid[0], 0.125F);
 }
 
-TEST_F(DynaResults, GivesFalseForNoStream)
+TEST_F(OutputVoz, GivesFalseForNoStream)
 {
     VOZDynaResults reader(1, path);
     EXPECT_FALSE(reader.ReadRecord(nullptr));
     EXPECT_EQ(reader.m_nRecordStep, -1);
 }
 
-TEST_F(DynaResults, ReadsOneRecordAfterTheOther)
+TEST_F(OutputVoz, ReadsOneRecordAfterTheOther)
 {
     write(sample(5).text() + sample(6, 1).text());
     VOZDynaResults reader(2, path);
@@ -198,7 +198,7 @@ TEST_F(DynaResults, ReadsOneRecordAfterTheOther)
     std::fclose(stream);
 }
 
-TEST_F(DynaResults, FindsAStepWhereverItStands)
+TEST_F(OutputVoz, FindsAStepWhereverItStands)
 {
     write(sample(4).text() + sample(0).text() + sample(9, 1).text());
     VOZDynaResults reader(3, path);
@@ -210,7 +210,7 @@ TEST_F(DynaResults, FindsAStepWhereverItStands)
     EXPECT_THAT(reported(), testing::IsEmpty());
 }
 
-TEST_F(DynaResults, TakesTheFirstOfTwoRecordsWithOneNumber)
+TEST_F(OutputVoz, TakesTheFirstOfTwoRecordsWithOneNumber)
 {
     Record second = sample(2);
     second.nodes[0] = 77.0F;
@@ -220,7 +220,7 @@ TEST_F(DynaResults, TakesTheFirstOfTwoRecordsWithOneNumber)
     expectEqual(reader, sample(2));
 }
 
-TEST_F(DynaResults, LooksAtNoMoreRecordsThanItIsTold)
+TEST_F(OutputVoz, LooksAtNoMoreRecordsThanItIsTold)
 {
     write(sample(0).text() + sample(1).text() + sample(2).text());
     VOZDynaResults two(2, path);
@@ -233,7 +233,7 @@ TEST_F(DynaResults, LooksAtNoMoreRecordsThanItIsTold)
     EXPECT_EQ(negative.ReadStep(0), 0);
 }
 
-TEST_F(DynaResults, GivesNothingForAStepThatIsNotThere)
+TEST_F(OutputVoz, GivesNothingForAStepThatIsNotThere)
 {
     write(sample(0).text());
     VOZDynaResults reader(std::numeric_limits<int>::max(), path); // the end of the file ends it, too
@@ -244,7 +244,7 @@ TEST_F(DynaResults, GivesNothingForAStepThatIsNotThere)
     EXPECT_THAT(reported(), testing::IsEmpty());
 }
 
-TEST_F(DynaResults, GivesNothingForAFileThatCannotBeOpened)
+TEST_F(OutputVoz, GivesNothingForAFileThatCannotBeOpened)
 {
     path = CATUnicodeString(folder.Path("missing.voz").c_str());
     VOZDynaResults reader(3, path);
@@ -254,7 +254,7 @@ TEST_F(DynaResults, GivesNothingForAFileThatCannotBeOpened)
     EXPECT_THAT(reported(), testing::IsEmpty());
 }
 
-TEST_F(DynaResults, TakesABackslashInThePathForASeparator)
+TEST_F(OutputVoz, TakesABackslashInThePathForASeparator)
 {
     write(sample(1).text());
     path = CATUnicodeString((folder.Path() + "\\output.voz").c_str());
@@ -262,7 +262,7 @@ TEST_F(DynaResults, TakesABackslashInThePathForASeparator)
     EXPECT_EQ(reader.ReadStep(1), 1);
 }
 
-TEST_F(DynaResults, IsNotWholeHoweverItIsCut)
+TEST_F(OutputVoz, IsNotWholeHoweverItIsCut)
 {
     std::string const whole = sample(8).text();
     ASSERT_EQ(whole.size(), 4 * kEnd);
@@ -285,7 +285,7 @@ TEST_F(DynaResults, IsNotWholeHoweverItIsCut)
     EXPECT_THAT(reported(), testing::IsEmpty()) << "a short file breaks no contract";
 }
 
-TEST_F(DynaResults, FindsACutRecordByItsNumber)
+TEST_F(OutputVoz, FindsACutRecordByItsNumber)
 {
     std::string const whole = sample(8).text();
     write(sample(7).text() + words(whole, kStress + 3));
@@ -297,7 +297,7 @@ TEST_F(DynaResults, FindsACutRecordByItsNumber)
     EXPECT_EQ(reader.ReadStep(9), 0);
 }
 
-TEST_F(DynaResults, ReadsOnBehindABrokenRecordAsIfTheNextBeganThere)
+TEST_F(OutputVoz, ReadsOnBehindABrokenRecordAsIfTheNextBeganThere)
 {
     // A record without nodes ends at its count; what follows is the next one's step.
     write(bytes(3) + bytes(0) + sample(4).text());
@@ -307,7 +307,7 @@ TEST_F(DynaResults, ReadsOnBehindABrokenRecordAsIfTheNextBeganThere)
     EXPECT_THAT(reported(), testing::ElementsAre("AssertionFailed:m_nNumNodes > 0"));
 }
 
-TEST_F(DynaResults, ReportsCountsThatAreNotAboveZero)
+TEST_F(OutputVoz, ReportsCountsThatAreNotAboveZero)
 {
     struct Case
     {
@@ -329,7 +329,7 @@ TEST_F(DynaResults, ReportsCountsThatAreNotAboveZero)
 }
 
 // 2^31 - 1 nodes would be 24 GB.
-TEST_F(DynaResults, AsksForNoMoreMemoryThanTheFileCanFill)
+TEST_F(OutputVoz, AsksForNoMoreMemoryThanTheFileCanFill)
 {
     std::string const whole = sample(1).text();
     for (std::size_t place : {kNodeCount, kElementCount, kComponentCount})
@@ -343,7 +343,7 @@ TEST_F(DynaResults, AsksForNoMoreMemoryThanTheFileCanFill)
 }
 
 // An array beyond what is made at first grows while it is read.
-TEST_F(DynaResults, ReadsArraysOfAnySize)
+TEST_F(OutputVoz, ReadsArraysOfAnySize)
 {
     std::mt19937 random(7);
     Record record = sample(1);
@@ -363,7 +363,7 @@ TEST_F(DynaResults, ReadsArraysOfAnySize)
     }
 }
 
-TEST_F(DynaResults, ReportsEachArrayThatThereIsNoMemoryFor)
+TEST_F(OutputVoz, ReportsEachArrayThatThereIsNoMemoryFor)
 {
     if (!FailingNew::reachesTheLibrary())
         GTEST_SKIP();
@@ -385,7 +385,7 @@ TEST_F(DynaResults, ReportsEachArrayThatThereIsNoMemoryFor)
     }
 }
 
-TEST_F(DynaResults, IsFreedThroughItsBase)
+TEST_F(OutputVoz, IsFreedThroughItsBase)
 {
     struct Derived : VOZDynaResults
     {
@@ -403,7 +403,7 @@ TEST_F(DynaResults, IsFreedThroughItsBase)
 
 // Files of random records with random damage: whatever stands in them, a reader stays within its own arrays, and what
 // lies ahead of the damage is found.
-TEST_F(DynaResults, SurvivesRandomDamage)
+TEST_F(OutputVoz, SurvivesRandomDamage)
 {
     std::mt19937 random(11);
     for (int round = 0; round < 100; ++round)

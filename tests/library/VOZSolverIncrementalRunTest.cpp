@@ -98,7 +98,7 @@ protected:
     {
         int const first = die.GetFirstNodeNumber();
         int const firstElement = die.GetFirstElementNumber();
-        die = plate(12, 8, i_stroke - 10.0, 12.0, "VOZDie");
+        take(die, plate(12, 8, i_stroke - 10.0, 12.0, "VOZDie"));
         die.IdsOffset(first, firstElement);
     }
 
@@ -309,7 +309,7 @@ TEST_F(IncrementalRun, ReportsAMaterialThatNobodyKnowsAndKeepsItsOwn)
 TEST_F(IncrementalRun, ReportsToolsThatHaveNoWayToGo)
 {
     setStroke(0.0);
-    die = plate(12, 8, -40.0, 12.0, "VOZDie");
+    take(die, plate(12, 8, -40.0, 12.0, "VOZDie"));
     EXPECT_EQ(run(), 0);
     EXPECT_THAT(reported(),
                 testing::ElementsAre("dMinDistance > 0.0 && dMaxDistance > 0.0 && dMinDistance < dMaxDistance",

@@ -132,11 +132,11 @@ class IncrementalJob : public DriverFixture
 protected:
     IncrementalJob()
     {
-        blank = plate(12, 8, 0.0, 0.0, "VOZBlank");
-        punch = plate(12, 8, -10.0, 11.0, "VOZPunch");
-        die = plate(12, 8, 30.0, 12.0, "VOZDie");
+        take(blank, plate(12, 8, 0.0, 0.0, "VOZBlank"));
+        take(punch, plate(12, 8, -10.0, 11.0, "VOZPunch"));
+        take(die, plate(12, 8, 30.0, 12.0, "VOZDie"));
         die.reverse();
-        holder = plate(6, 4, -1.0, 0.0, "VOZBinder");
+        take(holder, plate(6, 4, -1.0, 0.0, "VOZBinder"));
         int nodes = 0;
         int elements = 0;
         for (VOZCatMesh * const mesh : {&blank, &punch, &die, &holder})
@@ -171,6 +171,13 @@ protected:
         VOZCatMesh mesh = grid.mesh();
         mesh.SetName(i_name);
         return mesh;
+    }
+
+    // A copy has no name of its own.
+    static void take(VOZCatMesh & o_mesh, VOZCatMesh const & i_plate)
+    {
+        o_mesh = i_plate;
+        o_mesh.SetName(i_plate.GetName());
     }
 
     static constexpr char const * kMaterials = R"(<?xml version="1.0" encoding="UTF-8"?>

@@ -108,6 +108,8 @@ long VOZSolverIncremental::GetTemplateSettings()
     CATUnicodeString strPath;
     if (VOZTemplatePath::GetIncrementalTemplatePath(strPath) < 0)
         return E_FAIL;
+    // A database that cannot be read is one without the name: the record's defaults stand.
+    ReadIncrementSettingsFromXMLDatabase(strPath.ConvertToUTF16().c_str(), nullptr, apSettings);
     VOZString const strName(m_strTemplateName);
     for (int i = 0; i < apSettings.GetSize(); ++i)
         if (apSettings[i] != nullptr && apSettings[i]->m_strName.SortCompare(strName) == 0)

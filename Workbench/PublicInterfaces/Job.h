@@ -53,6 +53,13 @@ struct JobPlane
     Point3 point{};  // mm
 };
 
+// The planes that have a name: "none", "xz" (y = i_y), "yz" (x = i_x), "both" (yz first); mm. One function for the job
+// file and for the commands, so that a symmetry means the same wherever it is named.
+std::vector<JobPlane> NamedPlanes(std::string const & i_name, double i_x, double i_y);
+
+// Why a die line cannot be the stamping direction beside these planes of symmetry; empty if it can.
+std::string DieLineFault(std::vector<JobPlane> const & i_planes, Point3 const & i_dieLine);
+
 enum class HolderKind
 {
     None,

@@ -44,11 +44,21 @@ struct Tipping
     Symmetry symmetry;
     int undercutElements = 0;
     double undercutAngle = 0.0; // degrees
+    double undercutArea = 0.0;  // mm^2
+    double drawDepth = 0.0;     // mm, extent of the mesh along the stamping direction
     std::vector<int> undercut;  // per element, 0-based: 1 if it faces away
 };
 Tipping FindTipping(VOZCatMesh const & i_mesh, std::vector<JobPlane> const & i_planes,
                     std::optional<Point3> const & i_dieLine);
 Tipping FindTipping(Job const & i_job, JobModel const & i_model); // throws InputError where no frame can be found
+
+// mm, of all nodes along an axis of the frame (0, 1, 2); 0 of no node.
+double ExtentAlong(VOZCatMesh const & i_mesh, VOZCatAxis const & i_frame, int i_axis);
+
+// A plane of symmetry bounds the model: nodes lie on it, and none beyond it. Throws InputError, of i_file, for one that
+// cuts the mesh or is not touched by it. i_meanEdge: mm, of the mesh; a thousandth of it is the tolerance.
+void RequirePlanes(VOZCatMesh const & i_mesh, double i_meanEdge, std::vector<JobPlane> const & i_planes,
+                   std::string const & i_file);
 
 // Throws InputError where the frame has no direction: what would give one is named as i_remedy.
 void RequireFrame(Tipping const & i_tipping, std::string const & i_mesh, std::string const & i_remedy);

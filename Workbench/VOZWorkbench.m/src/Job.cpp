@@ -49,24 +49,14 @@ void ReadBlank(JobTable & io_root, Job & io_job)
     table.Finish();
 }
 
-// One of the two named planes, through a place along its normal.
-JobPlane NamedPlane(JobTable & io_table, std::string const & i_key, std::size_t i_axis)
-{
-    JobPlane plane;
-    plane.normal[i_axis] = 1.0;
-    plane.point[i_axis] = io_table.Quantity(i_key, Dimension::Length, 0.0);
-    return plane;
-}
-
 void ReadSymmetry(JobTable & io_root, Job & io_job)
 {
     JobTable table = io_root.Table("symmetry");
     bool const isGeneral = table.Has("plane");
     std::string const planes = table.Choice("planes", {"none", "xz", "yz", "both"}, "none");
-    if (planes == "yz" || planes == "both")
-        io_job.planes.push_back(NamedPlane(table, "x", 0));
-    if (planes == "xz" || planes == "both")
-        io_job.planes.push_back(NamedPlane(table, "y", 1));
+    double const x = planes == "yz" || planes == "both" ? table.Quantity("x", Dimension::Length, 0.0) : 0.0;
+    double const y = planes == "xz" || planes == "both" ? table.Quantity("y", Dimension::Length, 0.0) : 0.0;
+    io_job.planes = NamedPlanes(planes, x, y);
     for (JobTable & plane : table.Tables("plane"))
     {
         std::optional<Point3> const normal = plane.Direction("normal");
@@ -101,15 +91,8 @@ void ReadTip(JobTable & io_root, Job & io_job)
         table.Note("die_line", "mean normal of the part", "", true);
         return table.Finish();
     }
-    if (io_job.planes.size() == 2)
-        table.Refuse("die_line", "with two planes of symmetry the stamping direction is the line that both share");
-    if (io_job.planes.size() == 1)
-    {
-        Point3 const & n = io_job.planes[0].normal;
-        Point3 const & d = *io_job.dieLine;
-        if (!(std::abs(n[0] * d[0] + n[1] * d[1] + n[2] * d[2]) < 1e-6))
-            table.Refuse("die_line", "must lie in the plane of symmetry");
-    }
+    if (std::string const fault = DieLineFault(io_job.planes, *io_job.dieLine); !fault.empty())
+        table.Refuse("die_line", fault);
     table.Finish();
 }
 
@@ -271,6 +254,29 @@ std::string NameFor(fs::path const & i_path)
     return i_path == "-" ? "job" : isPlain && !folder.empty() ? folder : stem;
 }
 } // namespace
+
+std::vector<JobPlane> NamedPlanes(std::string const & i_name, double i_x, double i_y)
+{
+    std::vector<JobPlane> planes;
+    if (i_name == "yz" || i_name == "both")
+        planes.push_back({{1.0, 0.0, 0.0}, {i_x, 0.0, 0.0}});
+    if (i_name == "xz" || i_name == "both")
+        planes.push_back({{0.0, 1.0, 0.0}, {0.0, i_y, 0.0}});
+    return planes;
+}
+
+std::string DieLineFault(std::vector<JobPlane> const & i_planes, Point3 const & i_dieLine)
+{
+    if (i_planes.size() == 2)
+        return "with two planes of symmetry the stamping direction is the line that both share";
+    for (JobPlane const & plane : i_planes)
+    {
+        Point3 const & n = plane.normal;
+        if (!(std::abs(n[0] * i_dieLine[0] + n[1] * i_dieLine[1] + n[2] * i_dieLine[2]) < 1e-6))
+            return "must lie in the plane of symmetry";
+    }
+    return {};
+}
 
 double ReadLengthUnit(JobTable & io_table)
 {

@@ -178,35 +178,6 @@ std::unique_ptr<Tip> MakeTip(VOZCatMesh const & i_mesh, std::vector<JobPlane> co
     return std::make_unique<AverageTip>(i_mesh);
 }
 
-// A plane of symmetry bounds the model: nodes lie on it, and none beyond it.
-void CheckPlanes(Job const & i_job, JobModel const & i_model)
-{
-    double const tolerance = 1e-3 * i_model.report.meanEdge;
-    for (JobPlane const & plane : i_job.planes)
-    {
-        double least = 0.0;
-        double greatest = 0.0;
-        bool isTouched = false;
-        auto const * const nodes = i_model.mesh.mesh.GetNodeData();
-        for (int n = 1; n <= i_model.mesh.mesh.numNode(); ++n)
-        {
-            double distance = 0.0;
-            for (std::size_t i = 0; i < 3; ++i)
-                distance += (nodes[n][i] - plane.point[i]) * plane.normal[i];
-            least = std::min(least, distance);
-            greatest = std::max(greatest, distance);
-            isTouched = isTouched || std::abs(distance) <= tolerance;
-        }
-        std::string const name = "the plane of symmetry with normal " + Shortest(plane.normal[0]) + " " +
-                                 Shortest(plane.normal[1]) + " " + Shortest(plane.normal[2]);
-        if (least < -tolerance && greatest > tolerance)
-            throw InputError(i_job.path, 0, 0,
-                             "symmetry: " + name + " cuts the part (from " + Fixed(least, 3) + " to " +
-                                 Fixed(greatest, 3) + " mm of it); the model must lie on one side");
-        if (!isTouched)
-            throw InputError(i_job.path, 0, 0, "symmetry: no node lies on " + name + "; the model must end there");
-    }
-}
 // The binder's mesh is held to what holds for the part's.
 void ReadBinder(Job const & i_job, JobModel & io_model)
 {
@@ -306,16 +277,68 @@ int NodeOfId(int i_id, std::string const & i_key, int i_line, Job const & i_job,
     return static_cast<int>(found - ids.begin()) + 1;
 }
 
+double ExtentAlong(VOZCatMesh const & i_mesh, VOZCatAxis const & i_frame, int i_axis)
+{
+    double low = INFINITY;
+    double high = -INFINITY;
+    for (int n = 1; n <= i_mesh.numNode(); ++n)
+    {
+        double const * const row = i_mesh.GetNodeData()[n];
+        double along = 0.0;
+        for (int c = 0; c < 3; ++c)
+            along += i_frame.axis(i_axis, c) * (row[c] - i_frame.origin(c));
+        low = std::min(low, along);
+        high = std::max(high, along);
+    }
+    return std::max(high - low, 0.0);
+}
+
 Tipping FindTipping(VOZCatMesh const & i_mesh, std::vector<JobPlane> const & i_planes,
                     std::optional<Point3> const & i_dieLine)
 {
     Tipping tipping;
     MakeTip(i_mesh, i_planes, i_dieLine)
         ->tip(tipping.frame, tipping.symmetry, tipping.undercutElements, tipping.undercutAngle);
-    UnderCutFilter const filter(ElemNormal(i_mesh), tipping.frame.axis(2));
+    ElemNormal const normals(i_mesh);
+    UnderCutFilter const filter(normals, tipping.frame.axis(2));
     for (int e = 1; e <= i_mesh.numElem(); ++e)
+    {
         tipping.undercut.push_back(filter.isUnderCutElem(e));
+        if (tipping.undercut.back() != 0)
+            tipping.undercutArea += 0.5 * std::hypot(normals.normal(e, 0), normals.normal(e, 1), normals.normal(e, 2));
+    }
+    tipping.drawDepth = ExtentAlong(i_mesh, tipping.frame, 2);
     return tipping;
+}
+
+void RequirePlanes(VOZCatMesh const & i_mesh, double i_meanEdge, std::vector<JobPlane> const & i_planes,
+                   std::string const & i_file)
+{
+    double const tolerance = 1e-3 * i_meanEdge;
+    for (JobPlane const & plane : i_planes)
+    {
+        double least = 0.0;
+        double greatest = 0.0;
+        bool isTouched = false;
+        auto const * const nodes = i_mesh.GetNodeData();
+        for (int n = 1; n <= i_mesh.numNode(); ++n)
+        {
+            double distance = 0.0;
+            for (std::size_t i = 0; i < 3; ++i)
+                distance += (nodes[n][i] - plane.point[i]) * plane.normal[i];
+            least = std::min(least, distance);
+            greatest = std::max(greatest, distance);
+            isTouched = isTouched || std::abs(distance) <= tolerance;
+        }
+        std::string const name = "the plane of symmetry with normal " + Shortest(plane.normal[0]) + " " +
+                                 Shortest(plane.normal[1]) + " " + Shortest(plane.normal[2]);
+        if (least < -tolerance && greatest > tolerance)
+            throw InputError(i_file, 0, 0,
+                             "symmetry: " + name + " cuts the part (from " + Fixed(least, 3) + " to " +
+                                 Fixed(greatest, 3) + " mm of it); the model must lie on one side");
+        if (!isTouched)
+            throw InputError(i_file, 0, 0, "symmetry: no node lies on " + name + "; the model must end there");
+    }
 }
 
 void RequireFrame(Tipping const & i_tipping, std::string const & i_mesh, std::string const & i_remedy)
@@ -330,7 +353,7 @@ void RequireFrame(Tipping const & i_tipping, std::string const & i_mesh, std::st
 
 Tipping FindTipping(Job const & i_job, JobModel const & i_model)
 {
-    CheckPlanes(i_job, i_model);
+    RequirePlanes(i_model.mesh.mesh, i_model.report.meanEdge, i_job.planes, i_job.path);
     Tipping tipping = FindTipping(i_model.mesh.mesh, i_job.planes, i_job.dieLine);
     RequireFrame(tipping, i_job.mesh, "tip.die_line");
     return tipping;

@@ -3,6 +3,7 @@
 #include "EdgeSets.h"
 #include "FlatGeometry.h"
 #include "FreeEdgeLoops.h"
+#include "JobModel.h"
 #include "Outcome.h"
 
 #include <algorithm>
@@ -142,22 +143,6 @@ void measureElements(Outcome & outcome)
         share = whole > 0.0 ? share / whole : 0.0;
 }
 
-void measureDepth(Outcome & outcome)
-{
-    double low = 0.0;
-    double high = 0.0;
-    for (int n = 1; n <= outcome.part.numNode(); ++n)
-    {
-        double const * const row = outcome.part.GetNodeData()[n];
-        double z = 0.0;
-        for (int c = 0; c < 3; ++c)
-            z += outcome.frame.axis(2, c) * (row[c] - outcome.frame.origin(c));
-        low = n == 1 ? z : std::min(low, z);
-        high = n == 1 ? z : std::max(high, z);
-    }
-    outcome.summary.drawDepth = high - low;
-}
-
 } // namespace
 
 void Summarise(Outcome & io_outcome)
@@ -165,7 +150,7 @@ void Summarise(Outcome & io_outcome)
     findLoops(io_outcome);
     measureBlank(io_outcome);
     measureElements(io_outcome);
-    measureDepth(io_outcome);
+    io_outcome.summary.drawDepth = ExtentAlong(io_outcome.part, io_outcome.frame, 2);
     io_outcome.summary.undercutElements =
         static_cast<int>(std::count(io_outcome.undercut.begin(), io_outcome.undercut.end(), 1));
 }

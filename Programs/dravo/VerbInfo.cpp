@@ -4,6 +4,7 @@
 #include "ExitCode.h"
 #include "Job.h"
 #include "MaterialDatabase.h"
+#include "MaterialDeck.h"
 #include "OutputFile.h"
 #include "Verbs.h"
 #include "Version.h"
@@ -21,6 +22,7 @@ struct InfoArguments
 {
     std::string name;
     std::string database;
+    std::string deck;
     std::string path = "job.toml";
     bool isJson = false;
     bool isForced = false;
@@ -89,8 +91,28 @@ std::string SheetOf(DatabaseMaterial const & i_entry)
     return text + "  source   " + m.source + "\n";
 }
 
+// The entry goes to standard output alone, so that it can be sent into a file of a database.
+int ShowDeck(InfoArguments const & i_arguments)
+{
+    MaterialDeck const deck = ReadMaterialDeck(i_arguments.deck);
+    if (i_arguments.isJson)
+    {
+        nlohmann::json entry = JsonOf(deck.entry);
+        entry["thickness_mm"] = deck.thickness;
+        PrintJson({{"schema", 1}, {"deck", i_arguments.deck}, {"remarks", deck.remarks}, {"materials", {entry}}});
+        return ExitDone;
+    }
+    Console console(Talk::Usual);
+    for (std::string const & remark : deck.remarks)
+        console.Note(remark);
+    Console::Print(DatabaseText(deck));
+    return ExitDone;
+}
+
 int Materials(InfoArguments const & i_arguments)
 {
+    if (!i_arguments.deck.empty())
+        return ShowDeck(i_arguments);
     std::string const path = i_arguments.database.empty() ? DefaultDatabase() : i_arguments.database;
     if (path.empty())
         throw InputError("VOZDRAVO3D", 0, 0, "names no installation with a material database; --database names one");
@@ -132,8 +154,12 @@ void AddMaterials(CLI::App & io_app, Action & io_action)
 {
     auto const arguments = std::make_shared<InfoArguments>();
     CLI::App * const verb = io_app.add_subcommand("materials", "List the material database, or show one material");
-    verb->add_option("NAME", arguments->name, "Material to show with its sources");
-    verb->add_option("--database", arguments->database, "Folder or file in place of the installation's");
+    CLI::Option * const name = verb->add_option("NAME", arguments->name, "Material to show with its sources");
+    CLI::Option * const database =
+        verb->add_option("--database", arguments->database, "Folder or file in place of the installation's");
+    verb->add_option("--deck", arguments->deck, "Show the material of a one-step deck, as an entry of a database")
+        ->excludes(name)
+        ->excludes(database);
     verb->add_flag("--json", arguments->isJson, "One JSON document");
     verb->footer("Example: dravo materials mild-140-270");
     verb->callback([&io_action, arguments] { io_action = [arguments] { return Materials(*arguments); }; });

@@ -6,6 +6,7 @@
 #ifndef OUTCOME_H
 #define OUTCOME_H
 
+#include "FlatCheck.h"
 #include "FormingLimit.h"
 #include "Mesh.h"
 #include "Symmetry.h"
@@ -56,6 +57,24 @@ struct BlankLoop
     std::vector<std::array<double, 2>> points; // stamping frame, mm; the outer loop counter-clockwise, holes clockwise
     bool outer = false;
     double length = 0.0; // mm
+};
+
+enum class ZonePlace
+{
+    Interior,
+    Hole, // reaches the edge of a hole
+    Edge  // reaches the outer edge
+};
+
+// Nodes of one safety code that hang together. A plane of symmetry is no edge.
+struct OutcomeZone
+{
+    int safety = -1;
+    ZonePlace place = ZonePlace::Interior;
+    double area = 0.0;      // mm^2, of the formed model: each node counts for its share of the elements at it
+    Point3 normal{};        // mean over that area, unit, global; (0, 0, 0) where it vanishes
+    std::vector<int> nodes; // 0-based, ascending
+    int centre = 0;         // the node nearest to the mean place of all
 };
 
 // The distance of the sprung shape from the formed part, node by node, mm.
@@ -180,6 +199,8 @@ struct Outcome
     bool hasBinder = false; // and the nodes' places on it
     std::optional<SpringbackOutcome> springback;
     std::vector<BlankLoop> blank; // outer loop first
+    FlatFaults flat;                // of the blank, stamping frame
+    std::vector<OutcomeZone> zones; // failure, marginal, strong compression; largest first
     OutcomeSummary summary;
     std::vector<OutcomeCheck> checks;
     std::vector<OutcomeParameter> parameters;

@@ -13,7 +13,7 @@ namespace voz::workbench
 struct BlankDrawing
 {
     std::string viewBox; // of the svg element around the content, mm
-    std::string content; // groups OUTLINE, HOLES, TEXT, ROLLING_DIRECTION
+    std::string content; // groups OUTLINE, HOLES, TEXT, ROLLING_DIRECTION; CROSSINGS where the blank lies over itself
     double width = 0.0;  // mm
     double height = 0.0;
     double deviation = 0.0; // mm, the largest between the blank's loops and the drawn pieces

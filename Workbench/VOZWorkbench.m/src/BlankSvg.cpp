@@ -60,6 +60,19 @@ std::string figures(Outcome const & outcome)
            Fixed(outcome.summary.blankPerimeter, 1) + " mm, mass " + Fixed(outcome.summary.blankMass, 4) + " kg";
 }
 
+// Where the blank lies over itself. A crossing brings many edges with it: so many marks say as much as all.
+std::string crossings(FlatFaults const & faults, double size)
+{
+    constexpr std::size_t kMost = 100;
+    if (faults.crossings.empty())
+        return {};
+    std::string svg = "<g id=\"CROSSINGS\" stroke=\"#c00\" stroke-width=\"" + Fixed(0.003 * size, 4) + "\">\n";
+    for (std::size_t i = 0; i < std::min(kMost, faults.crossings.size()); ++i)
+        svg += "<circle cx=\"" + Fixed(faults.crossings[i].place[0], 3) + "\" cy=\"" +
+               Fixed(-faults.crossings[i].place[1], 3) + "\" r=\"" + Fixed(0.012 * size, 3) + "\"/>\n";
+    return svg + "</g>\n";
+}
+
 } // namespace
 
 BlankDrawing DrawBlank(Outcome const & i_outcome, double i_tolerance)
@@ -86,7 +99,8 @@ BlankDrawing DrawBlank(Outcome const & i_outcome, double i_tolerance)
         drawing.deviation = std::max(drawing.deviation, outline.deviation);
         groups[loop.outer ? 0 : 1] += "<path d=\"" + path(outline) + "\"/>\n";
     }
-    svg += "<g id=\"OUTLINE\">\n" + groups[0] + "</g>\n<g id=\"HOLES\" stroke=\"#c00\">\n" + groups[1] + "</g>\n";
+    svg += "<g id=\"OUTLINE\">\n" + groups[0] + "</g>\n<g id=\"HOLES\" stroke=\"#c00\">\n" + groups[1] + "</g>\n" +
+           crossings(i_outcome.flat, size);
 
     double const below = y.first - 0.05 * size;
     double const aside = x.second + 0.05 * size;

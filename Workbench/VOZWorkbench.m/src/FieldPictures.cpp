@@ -75,6 +75,22 @@ std::string marker(Point2 const & at, std::string const & content)
            PictureText(at[0] + 10.0 * side, at[1] - 8.0, side > 0.0 ? "start" : "end", content) + "</g>\n";
 }
 
+std::string overlay(PictureOverlay const & over, MeshPicture const & picture, std::vector<Point3> const & nodes)
+{
+    auto const place = [&](int node) { return picture.Place(nodes[static_cast<std::size_t>(node)]); };
+    std::string svg;
+    if (!over.line.empty())
+    {
+        std::string points;
+        for (int const node : over.line)
+            points += (points.empty() ? "" : " ") + Fixed(place(node)[0], 1) + "," + Fixed(place(node)[1], 1);
+        svg += "<polyline points=\"" + points + "\" fill=\"none\" stroke=\"#c00\" stroke-width=\"4\"/>\n";
+    }
+    for (PictureOverlay::Mark const & mark : over.marks)
+        svg += marker(place(mark.node), mark.text);
+    return svg;
+}
+
 } // namespace
 
 std::vector<Point3> NodesInFrame(VOZCatMesh const & i_mesh, VOZCatAxis const & i_frame)
@@ -151,7 +167,7 @@ std::string DrawField(Outcome const & i_outcome, FieldPicture const & i_field)
     return DrawValues(picture);
 }
 
-std::string DrawZones(Outcome const & i_outcome, ZoneKind i_kind)
+std::string DrawZones(Outcome const & i_outcome, ZoneKind i_kind, PictureOverlay const & i_over)
 {
     struct Kind
     {
@@ -177,7 +193,7 @@ std::string DrawZones(Outcome const & i_outcome, ZoneKind i_kind)
     std::vector<Point3> const nodes = NodesInFrame(i_outcome);
     MeshPicture picture(i_outcome.part, nodes, kSize);
     picture.Draw(colours);
-    std::string over;
+    std::string over = overlay(i_over, picture, nodes);
     for (int code = 0; code < kind.codes; ++code)
     {
         double const x = 20.0 + 295.0 * (code % 3);

@@ -30,7 +30,19 @@ enum class ZoneKind
     Undercut
 };
 
-std::string DrawZones(Outcome const & i_outcome, ZoneKind i_kind);
+// What is drawn over the picture: numbered places, and a line through nodes (0-based).
+struct PictureOverlay
+{
+    struct Mark
+    {
+        int node;
+        std::string text;
+    };
+    std::vector<Mark> marks;
+    std::vector<int> line;
+};
+
+std::string DrawZones(Outcome const & i_outcome, ZoneKind i_kind, PictureOverlay const & i_over = {});
 
 // Nodes in the stamping frame, 0-based.
 std::vector<Point3> NodesInFrame(Outcome const & i_outcome);

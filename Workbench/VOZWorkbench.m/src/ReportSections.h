@@ -12,6 +12,7 @@ namespace voz::workbench
 {
 
 std::string LayersSection(Outcome const & i_outcome);
+std::string ZoneSection(Outcome const & i_outcome); // says so where there is none
 std::string SpringbackSection(Outcome const & i_outcome);
 
 } // namespace voz::workbench

@@ -3,6 +3,7 @@
 #include "Run.h"
 
 #include "Exports.h"
+#include "OutcomeAnalysis.h"
 #include "OutputFile.h"
 #include "Report.h"
 #include "RunChecks.h"
@@ -204,6 +205,7 @@ void RunInFolder(Job const & i_job, RunOptions const & i_options, Route const & 
     outcome = i_route.Run(i_job, i_model, route, clock);
     warnings.insert(warnings.end(), outcome.warnings.begin(), outcome.warnings.end());
     outcome.warnings = std::move(warnings);
+    AnalyseOutcome(outcome);
     outcome.parameters = i_job.parameters;
     outcome.inputs = inputs;
     outcome.command = i_options.command;

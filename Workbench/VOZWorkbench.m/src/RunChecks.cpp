@@ -42,6 +42,33 @@ OutcomeCheck FlatCheck(Outcome const & i_outcome)
             depth <= kFlatTolerance, false};
 }
 
+std::string OnBlank(double i_x, double i_y)
+{
+    return ", first at " + Fixed(i_x, 2) + ", " + Fixed(i_y, 2) + " mm of the blank";
+}
+
+OutcomeCheck CrossingCheck(Outcome const & i_outcome)
+{
+    std::vector<FlatCrossing> const & crossings = i_outcome.flat.crossings;
+    std::string value = std::to_string(crossings.size());
+    if (!crossings.empty())
+        value += OnBlank(crossings.front().place[0], crossings.front().place[1]);
+    return {"edges of the blank that cross others", value, "0", crossings.empty(), true};
+}
+
+OutcomeCheck TurnedCheck(Outcome const & i_outcome)
+{
+    std::vector<int> const & turned = i_outcome.flat.turned;
+    std::string value = std::to_string(turned.size());
+    if (!turned.empty())
+    {
+        int const node = i_outcome.part.elem(turned.front(), 0) - 1;
+        Point3 const & place = i_outcome.nodes[static_cast<std::size_t>(node)].flat;
+        value += OnBlank(place[0], place[1]);
+    }
+    return {"elements that the blank turns over", value, "0", turned.empty(), true};
+}
+
 OutcomeCheck ZoneCheck(Outcome const & i_outcome, int i_code, char const * i_name)
 {
     double const percent = 100.0 * i_outcome.summary.safetyShare[static_cast<std::size_t>(i_code + 1)];
@@ -69,6 +96,8 @@ std::vector<OutcomeCheck> CheckOutcome(Job const & i_job, Outcome const & i_outc
     int const undercut = i_outcome.summary.undercutElements;
     std::vector<OutcomeCheck> checks = {VolumeCheck(i_outcome),
                                         FlatCheck(i_outcome),
+                                        CrossingCheck(i_outcome),
+                                        TurnedCheck(i_outcome),
                                         ZoneCheck(i_outcome, 0, "elements beyond the limit (failure)"),
                                         ZoneCheck(i_outcome, -1, "elements with an impossible strain pair"),
                                         {"undercut elements", std::to_string(undercut), "0", undercut == 0, true},

@@ -1,11 +1,13 @@
 // RunSummary.cpp: the figures of a run, for people and for scripts.
 
+#include "OutcomeAnalysis.h"
 #include "OutputFile.h"
 #include "Run.h"
 #include "Version.h"
 
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <filesystem>
@@ -98,6 +100,37 @@ nlohmann::json NodeName(int i_node, RunRecord const & i_record)
 {
     auto const n = static_cast<std::size_t>(i_node);
     return n < i_record.nodeIds.size() ? nlohmann::json(i_record.nodeIds[n]) : nlohmann::json(nullptr);
+}
+
+nlohmann::json ZonesOf(RunRecord const & i_record)
+{
+    nlohmann::json zones = nlohmann::json::array();
+    for (OutcomeZone const & zone : i_record.outcome.zones)
+    {
+        auto const named = std::ranges::find(kZones, zone.safety, &ZoneName::code);
+        double const * const p = i_record.outcome.part.GetNodeData()[zone.centre + 1];
+        zones.push_back({{"number", zones.size() + 1},
+                         {"safety", named->key},
+                         {"place", ZonePlaceKey(zone.place)},
+                         {"model_area_mm2", Rounded(zone.area)},
+                         {"nodes", zone.nodes.size()},
+                         {"at_node", NodeName(zone.centre, i_record)},
+                         {"at_mm", {Rounded(p[0]), Rounded(p[1]), Rounded(p[2])}},
+                         {"normal", {Rounded(zone.normal[0]), Rounded(zone.normal[1]), Rounded(zone.normal[2])}}});
+    }
+    return zones;
+}
+
+nlohmann::json CrossingsOf(RunRecord const & i_record)
+{
+    nlohmann::json crossings = nlohmann::json::array();
+    for (FlatCrossing const & crossing : i_record.outcome.flat.crossings)
+        crossings.push_back(
+            {{"kind", crossing.isOverlap ? "overlap" : "fold"},
+             {"edge", {NodeName(crossing.edge.start - 1, i_record), NodeName(crossing.edge.end - 1, i_record)}},
+             {"partner", {NodeName(crossing.partner.start - 1, i_record), NodeName(crossing.partner.end - 1, i_record)}},
+             {"place_mm", {Rounded(crossing.place[0]), Rounded(crossing.place[1])}}});
+    return crossings;
 }
 
 nlohmann::json SpringbackOf(RunRecord const & i_record)
@@ -228,6 +261,11 @@ nlohmann::json SummaryJson(RunRecord const & i_record)
         {"draw_depth_mm", Rounded(summary.drawDepth)},
     };
     json["blank"] = JsonOf(summary, outcome);
+    json["blank"]["model_crossings"] = CrossingsOf(i_record);
+    json["blank"]["model_turned_elements"] = nlohmann::json::array();
+    for (int const e : outcome.flat.turned)
+        json["blank"]["model_turned_elements"].push_back(i_record.elementIds[static_cast<std::size_t>(e) - 1]);
+    json["zones"] = ZonesOf(i_record);
     json["sheet"] = {
         {"least_mm", Rounded(summary.leastThickness)},
         {"least_element", i_record.elementIds[static_cast<std::size_t>(summary.leastThicknessElement)]},

@@ -150,6 +150,15 @@ struct JobIncremental // the route that leaves solving to an explicit solver
     int line = 0;
 };
 
+struct JobTube // the part is a closed tube with two open ends
+{
+    std::optional<Point3> axis;  // unit; none: from the middle of one end to that of the other
+    std::optional<Point3> point; // mm, on the axis; none: the middle of an end
+    std::optional<Point3> cut;   // from the axis to the seam; none: the global axis that is most nearly across
+    double radius = 0.0;         // mm, of the tube to begin with; 0: that of an end
+    int line = 0;
+};
+
 struct JobLimits
 {
     double fldZero = 0.0; // percent
@@ -211,6 +220,7 @@ struct Job
     std::optional<JobAutoStrain> autoStrain;
     std::optional<JobSpringback> springback;
     std::optional<JobIncremental> incremental;
+    std::optional<JobTube> tube;
     JobLimits limits;
     JobOutputs outputs;
     int steps = 1; // of the stroke, 1 to 3; 1: one step from the flat to the part

@@ -120,6 +120,19 @@ struct SpringbackOutcome
     DeviationFigures const & Figures() const { return after.empty() ? figuresBefore : figuresAfter; }
 };
 
+// A closed tube: the outcome's part is opened along a seam, where its nodes are doubled, and its blank is the developed
+// tube. Wrapped round its axis again, that is the tube to begin with.
+struct TubeOutcome
+{
+    double radius = 0.0;         // mm, of the tube to begin with
+    double length = 0.0;         // mm, of that tube along its axis
+    double area = 0.0;           // mm^2, circumference times length
+    double gap = 0.0;            // mm, the largest between the lips of the seam on that tube
+    int closedNodes = 0;         // the first so many nodes are the tube's own, the rest the other lip
+    std::vector<int> seam;       // along the path, 0-based; its double is node closedNodes + i
+    std::vector<Point3> wrapped; // per node of the tube's own: part to that tube, global, mm
+};
+
 // What an engineer asks first. A model with planes of symmetry is told for the model and, where it adds up, for the
 // whole part.
 struct OutcomeSummary
@@ -198,6 +211,7 @@ struct Outcome
     std::vector<NodeOutcome> nodes;
     bool hasBinder = false; // and the nodes' places on it
     std::optional<SpringbackOutcome> springback;
+    std::optional<TubeOutcome> tube;
     std::vector<BlankLoop> blank; // outer loop first
     FlatFaults flat;                // of the blank, stamping frame
     std::vector<OutcomeZone> zones; // failure, marginal, strong compression; largest first

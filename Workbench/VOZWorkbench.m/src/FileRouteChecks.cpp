@@ -89,6 +89,8 @@ void CheckFileRoute(Job const & i_job)
     CheckMaterials(i_job);
     if (i_job.binder)
         Refuse(i_job, i_job.binder->line, "binder: the file route carries no binder");
+    if (i_job.tube)
+        Refuse(i_job, i_job.tube->line, "tube: the file route carries no tube");
     if (i_job.autoStrain)
         Refuse(i_job, i_job.autoStrain->line, "auto_strain: the file route cannot be asked for strains");
     CheckSpringback(i_job);

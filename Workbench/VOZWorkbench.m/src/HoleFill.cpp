@@ -54,7 +54,7 @@ void RequireHoles(MeshModel const & i_model, MeshReport const & i_report, std::s
 void NumberOn(std::vector<int> & io_ids, std::size_t i_count, std::string const & i_name)
 {
     long long next = io_ids.empty() ? 0 : *std::ranges::max_element(io_ids);
-    if (next + static_cast<long long>(i_count) > std::numeric_limits<int>::max())
+    if (next + static_cast<long long>(i_count - io_ids.size()) > std::numeric_limits<int>::max())
         throw InputError(i_name, 0, 0, "there are no ids left behind " + std::to_string(next));
     while (io_ids.size() < i_count)
         io_ids.push_back(static_cast<int>(++next));
@@ -81,9 +81,9 @@ HoleFill FillHoles(MeshModel & io_model, std::string const & i_name)
         throw InputError(i_name, 0, 0, "its holes could not be filled: there is not enough memory for the patches");
     done.nodes = numNode - mesh.numNode();
     done.elements = numElem - oldElements;
-    mesh = VOZCatMesh(numNode, numElem, nodes, elements);
     NumberOn(io_model.nodeIds, static_cast<std::size_t>(numNode), i_name);
     NumberOn(io_model.elementIds, static_cast<std::size_t>(numElem), i_name);
+    mesh = VOZCatMesh(numNode, numElem, nodes, elements);
     ElementSet filled;
     filled.name = "filled";
     for (ElementSet const & set : io_model.sets)

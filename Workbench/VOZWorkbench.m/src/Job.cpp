@@ -210,6 +210,8 @@ void ReadSolver(JobTable & io_root, Job & io_job)
         table.Refuse("steps", "must be 1, 2 or 3");
     if (io_job.steps > 1 && io_job.autoStrain)
         table.Refuse("steps", "a job with [auto_strain] goes in one step");
+    if (io_job.steps > 1 && io_job.tube)
+        table.Refuse("steps", "a job with [tube] goes in one step");
     table.Finish();
 }
 

@@ -218,8 +218,24 @@ private:
         }
     }
 
+    void Tube()
+    {
+        if (!mJob.tube)
+            return;
+        Head("tube");
+        if (mJob.tube->axis)
+            Line("axis", Row(*mJob.tube->axis));
+        if (mJob.tube->point)
+            Line("point_mm", Row(*mJob.tube->point));
+        if (mJob.tube->cut)
+            Line("cut", Row(*mJob.tube->cut));
+        if (mJob.tube->radius > 0.0)
+            Line("radius_mm", mJob.tube->radius);
+    }
+
     void Modes()
     {
+        Tube();
         if (mJob.binder)
         {
             Head("binder");

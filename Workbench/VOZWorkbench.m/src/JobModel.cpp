@@ -6,6 +6,7 @@
 #include "OutputFile.h"
 #include "Plane.h"
 #include "Tip.h"
+#include "TubeModel.h"
 #include "UnderCutFilter.h"
 
 #include <algorithm>
@@ -353,6 +354,8 @@ void RequireFrame(Tipping const & i_tipping, std::string const & i_mesh, std::st
 
 Tipping FindTipping(Job const & i_job, JobModel const & i_model)
 {
+    if (i_job.tube)
+        return OpenTube(i_job, i_model).tipping;
     RequirePlanes(i_model.mesh.mesh, i_model.report.meanEdge, i_job.planes, i_job.path);
     Tipping tipping = FindTipping(i_model.mesh.mesh, i_job.planes, i_job.dieLine);
     RequireFrame(tipping, i_job.mesh, "tip.die_line");

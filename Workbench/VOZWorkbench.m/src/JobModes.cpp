@@ -84,6 +84,54 @@ void ReadSection(JobTable & io_table, JobSpringback & io_springback)
         io_table.Refuse("exaggeration", "must be at most 10000");
 }
 
+// What acts on a sheet between tools has no meaning on a tube.
+void RefuseBesideTube(JobTable const & i_table, Job const & i_job)
+{
+    struct Other
+    {
+        char const * name;
+        bool isThere;
+    };
+    for (Other const & other :
+         {Other{"[symmetry]", !i_job.planes.empty()}, Other{"[tip]", i_job.dieLine.has_value()},
+          Other{"[blank_holder]", i_job.holder.kind != HolderKind::None && i_job.holder.force + i_job.holder.level > 0.0},
+          Other{"[[holder]]", !i_job.holders.empty()}, Other{"[[bead]]", !i_job.beads.empty()},
+          Other{"[[pad]]", !i_job.pads.empty()}, Other{"[binder]", i_job.binder.has_value()},
+          Other{"[auto_strain]", i_job.autoStrain.has_value()}, Other{"[springback]", i_job.HasSpringback()}})
+        if (other.isThere)
+            throw InputError(i_job.path, i_table.Line(), 0,
+                             std::string("tube: a job with [tube] goes without ") + other.name);
+}
+
+void ReadTube(JobTable & io_root, Job & io_job)
+{
+    JobTable table = io_root.Table("tube");
+    if (!table.IsPresent())
+        return;
+    JobTube tube;
+    tube.line = table.Line();
+    tube.axis = table.Direction("axis");
+    if (!tube.axis)
+        table.Note("axis", "from the middle of one end to that of the other", "", true);
+    tube.point = OnePoint(table, "point");
+    if (!tube.point)
+        table.Note("point", "the middle of an end", "", true);
+    tube.cut = table.Direction("cut");
+    if (!tube.cut)
+        table.Note("cut", "the global axis most nearly across", "", true);
+    if (std::optional<double> const radius = table.Quantity("radius", Dimension::Length))
+    {
+        if (!(*radius > 0.0))
+            table.Refuse("radius", "must be above 0");
+        tube.radius = *radius;
+    }
+    else
+        table.Note("radius", "that of an end", "", true);
+    RefuseBesideTube(table, io_job);
+    table.Finish();
+    io_job.tube = tube;
+}
+
 void ReadSpringback(JobTable & io_root, Job & io_job)
 {
     JobTable table = io_root.Table("springback");
@@ -121,6 +169,7 @@ void ReadModes(JobTable & io_root, Job & io_job)
     ReadBinder(io_root, io_job);
     ReadAutoStrain(io_root, io_job);
     ReadSpringback(io_root, io_job);
+    ReadTube(io_root, io_job);
 }
 
 } // namespace voz::workbench

@@ -20,7 +20,7 @@ void ReadCurve(JobTable & io_curve, JobMaterial & io_material);
 // Holders, beads, pads and constraints.
 void ReadActions(JobTable & io_root, Job & io_job);
 
-// The tables "binder", "auto_strain" and "springback".
+// The tables "binder", "auto_strain", "springback" and "tube".
 void ReadModes(JobTable & io_root, Job & io_job);
 
 // The table "incremental".

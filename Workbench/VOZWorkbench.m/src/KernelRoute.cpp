@@ -8,6 +8,7 @@
 #include "OutputFile.h"
 #include "Result.h"
 #include "RouteParts.h"
+#include "TubeModel.h"
 #include "VOZSolverMultiStage.h"
 
 #include <algorithm>
@@ -196,26 +197,37 @@ Outcome KernelRoute::Run(Job const & i_job, JobModel const & i_model, RouteOptio
     CheckModel(i_job, i_model);
     CheckFolder(i_options.folder);
     io_observer.Enter("stamping frame");
-    Tipping const tipping = FindTipping(i_job, i_model);
+    std::optional<OpenedTube> tube;
+    if (i_job.tube)
+        tube.emplace(OpenTube(i_job, i_model));
+    JobModel const & model = tube ? tube->model : i_model;
+    Tipping const tipping = tube ? tube->tipping : FindTipping(i_job, i_model);
     Process process;
-    BuildProcess(i_job, i_model, tipping, PadsBy(), process);
+    BuildProcess(i_job, model, tipping, PadsBy(), process);
+    if (tube)
+    {
+        TakeLips(*tube, process.property);
+        process.warnings.insert(process.warnings.end(), tube->warnings.begin(), tube->warnings.end());
+    }
     for (std::string const & warning : process.warnings)
         io_observer.Warning(warning);
     WriteText(InFolder(i_options.folder, kConfiguration), ConfigurationText(i_job.limits));
 
     io_observer.Enter("solver");
-    Layers layers(i_model.mesh.mesh);
-    Form(i_job, i_model, tipping, process, i_options, io_observer, layers);
+    Layers layers(model.mesh.mesh);
+    Form(i_job, model, tipping, process, i_options, io_observer, layers);
 
     io_observer.Enter("results");
     Outcome outcome;
     outcome.route = Name();
-    FillHead(i_job, i_model, tipping, outcome);
-    outcome.hasBinder = i_model.binder.has_value();
+    FillHead(i_job, model, tipping, outcome);
+    outcome.hasBinder = model.binder.has_value();
     Convert(layers, outcome);
     outcome.log = WithoutTimes(TextIfThere(InFolder(i_options.folder, kKernelLog)));
     outcome.checks = SolverChecks(TextIfThere(InFolder(i_options.folder, kKernelSummary)));
     CheckWantedStrains(i_job, outcome);
+    if (tube)
+        WrapTube(*tube, layers.top, outcome);
     outcome.warnings = process.warnings;
     if (i_job.HasSpringback())
     {

@@ -62,16 +62,31 @@ std::size_t At(int i)
     return static_cast<std::size_t>(i);
 }
 
+// The part; of a tube the closed one, without the other lip of its seam.
+VOZCatMesh Joined(Outcome const & i_outcome)
+{
+    VOZCatMesh mesh = i_outcome.part;
+    if (!i_outcome.tube)
+        return mesh;
+    TubeOutcome const & tube = *i_outcome.tube;
+    for (int e = 1; e <= mesh.numElem(); ++e)
+        for (int & corner : mesh.GetElemData()[e])
+            if (corner > tube.closedNodes)
+                corner = tube.seam[At(corner - tube.closedNodes - 1)] + 1;
+    mesh.sizeNode(tube.closedNodes);
+    return mesh;
+}
+
 // What a node stands for, 0-based: its share of the elements at it.
 struct NodeShares
 {
     std::vector<double> area;
     std::vector<Point3> normal; // times twice the area
 
-    explicit NodeShares(Outcome const & i_outcome)
-        : area(i_outcome.nodes.size(), 0.0), normal(i_outcome.nodes.size(), Point3{})
+    NodeShares(Outcome const & i_outcome, VOZCatMesh const & i_mesh)
+        : area(At(i_mesh.numNode()), 0.0), normal(At(i_mesh.numNode()), Point3{})
     {
-        VOZCatMesh const & mesh = i_outcome.part;
+        VOZCatMesh const & mesh = i_mesh;
         ElemNormal const normals(mesh);
         for (int e = 1; e <= mesh.numElem(); ++e)
         {
@@ -79,6 +94,8 @@ struct NodeShares
             for (int k = 0; k < corners; ++k)
             {
                 std::size_t const n = At(mesh.elem(e, k) - 1);
+                if (n >= area.size()) // no node of the mesh
+                    continue;
                 area[n] += i_outcome.elements[At(e - 1)].area / corners;
                 for (int c = 0; c < 3; ++c)
                     normal[n][At(c)] += normals.normal(e, c) / corners;
@@ -158,8 +175,8 @@ OutcomeZone ZoneOf(Zones::Zone const & i_zone, int i_code)
 void AddZones(Outcome const & i_outcome, int i_code, VOZCatMesh & io_mesh, std::vector<OutcomeZone> & io_zones)
 {
     CATRawColldouble values;
-    for (NodeOutcome const & node : i_outcome.nodes)
-        for (double const value : {0.0, 0.0, node.safety == i_code ? kMarked : -1.0})
+    for (int n = 0; n < io_mesh.numNode(); ++n)
+        for (double const value : {0.0, 0.0, i_outcome.nodes[At(n)].safety == i_code ? kMarked : -1.0})
             values.Append(value);
     Zones zones(io_mesh);
     long taken = 0;
@@ -182,15 +199,19 @@ void AddZones(Outcome const & i_outcome, int i_code, VOZCatMesh & io_mesh, std::
 std::vector<OutcomeZone> GatherZones(Outcome const & i_outcome)
 {
     std::vector<OutcomeZone> zones;
-    VOZCatMesh mesh = i_outcome.part; // Zones asks for one that it may write to
+    VOZCatMesh mesh = Joined(i_outcome);
     for (int const code : kCodes)
         if (std::ranges::count(i_outcome.nodes, code, &NodeOutcome::safety) > 0)
             AddZones(i_outcome, code, mesh, zones);
     if (zones.empty())
         return zones;
-    NodeShares const shares(i_outcome);
+    NodeShares const shares(i_outcome, mesh);
     for (OutcomeZone & zone : zones)
+    {
         Measure(mesh, shares, zone);
+        if (i_outcome.tube && zone.place == ZonePlace::Hole) // both loops are ends
+            zone.place = ZonePlace::Edge;
+    }
     if (i_outcome.symmetry.xzSymmetry() || i_outcome.symmetry.yzSymmetry())
     {
         std::vector<char> const isEdge = NodesOfTrueEdges(i_outcome);

@@ -4,6 +4,7 @@
 #include "EdgeSets.h"
 #include "JobModel.h"
 #include "OutputFile.h"
+#include "TubeModel.h"
 
 #include <algorithm>
 #include <cmath>
@@ -221,10 +222,11 @@ std::vector<PrescribedTable> TablesOf(std::vector<JobConstraint> const & i_const
 void FillConstraints(Job const & i_job, JobModel const & i_model, Tipping const & i_tipping, Process & io_process)
 {
     std::vector<PrescribedTable> const tables = TablesOf(i_job.constraints);
-    if (tables.empty())
+    int const lips = i_job.tube ? kLipTables : 0;
+    if (tables.empty() && lips == 0)
         return;
     ElemProperty & property = io_process.property;
-    property.sizeDispBC(static_cast<int>(tables.size()));
+    property.sizeDispBC(static_cast<int>(tables.size()) + lips);
     int i = 0;
     for (PrescribedTable const & prescribed : tables)
     {

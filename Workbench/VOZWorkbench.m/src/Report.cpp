@@ -96,6 +96,7 @@ std::string head(Outcome const & outcome)
                                         {"layers", "Layers", !outcome.top.empty()},
                                         {"fld", "Forming limit", true},
                                         {"zones", "Zones", true},
+                                        {"tube", "Tube", outcome.tube.has_value()},
                                         {"blank", "Blank", true},
                                         {"forces", "Forces", true},
                                         {"springback", "Springback", outcome.springback.has_value()},
@@ -288,7 +289,7 @@ void WriteReport(Outcome const & i_outcome, std::string const & i_path)
          << kStyle << "</head>\n<body>\n"
          << head(i_outcome) << "<main>\n"
          << summary(i_outcome) << part(i_outcome) << LayersSection(i_outcome) << formingLimit(i_outcome)
-         << ZoneSection(i_outcome) << blank(i_outcome) << forces(i_outcome) << SpringbackSection(i_outcome) << tipping(i_outcome)
+         << ZoneSection(i_outcome) << TubeSection(i_outcome) << blank(i_outcome) << forces(i_outcome) << SpringbackSection(i_outcome) << tipping(i_outcome)
          << checks(i_outcome) << provenance(i_outcome) << "</main>\n</body>\n</html>\n";
     page.Commit();
 }

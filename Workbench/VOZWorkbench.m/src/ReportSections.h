@@ -13,6 +13,7 @@ namespace voz::workbench
 
 std::string LayersSection(Outcome const & i_outcome);
 std::string ZoneSection(Outcome const & i_outcome); // says so where there is none
+std::string TubeSection(Outcome const & i_outcome);
 std::string SpringbackSection(Outcome const & i_outcome);
 
 } // namespace voz::workbench

@@ -277,6 +277,12 @@ nlohmann::json SummaryJson(RunRecord const & i_record)
         json["strains"]["top"] = StrainsOf(outcome.top);
         json["strains"]["bottom"] = StrainsOf(outcome.bottom);
     }
+    if (outcome.tube)
+        json["tube"] = {{"radius_mm", Rounded(outcome.tube->radius)},
+                        {"length_mm", Rounded(outcome.tube->length)},
+                        {"area_mm2", Rounded(outcome.tube->area)},
+                        {"seam_gap_mm", Rounded(outcome.tube->gap)},
+                        {"seam_nodes", outcome.tube->seam.size()}};
     if (outcome.springback)
         json["springback"] = SpringbackOf(i_record);
     for (ZoneName const & zone : kZones)

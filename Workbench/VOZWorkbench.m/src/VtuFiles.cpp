@@ -84,7 +84,8 @@ enum class Shape
 {
     Part,
     OnBinder,
-    Blank
+    Blank,
+    Tube // to begin with
 };
 
 // Nodes of the mesh, each moved by step(n), n 0-based.
@@ -218,6 +219,13 @@ void writePointFields(VtuWriter & vtu, Outcome const & outcome)
     vtu.Head("</PointData>\n");
 }
 
+// The doubles of the seam's nodes lie on them again.
+Point3 wrappedShift(TubeOutcome const & tube, std::size_t n)
+{
+    auto const closed = static_cast<std::size_t>(tube.closedNodes);
+    return tube.wrapped[n < closed ? n : static_cast<std::size_t>(tube.seam[n - closed])];
+}
+
 void writeGrid(Outcome const & outcome, Shape shape, std::string const & path)
 {
     VtuWriter vtu(path);
@@ -230,6 +238,8 @@ void writeGrid(Outcome const & outcome, Shape shape, std::string const & path)
         [&](std::size_t n)
         {
             NodeOutcome const & node = outcome.nodes[n];
+            if (shape == Shape::Tube)
+                return wrappedShift(*outcome.tube, n);
             return shape == Shape::Blank ? node.displacement : shape == Shape::OnBinder ? node.onBinder : Point3{};
         });
     writeCells(vtu, outcome.part);
@@ -273,6 +283,11 @@ void WriteVtu(Outcome const & i_outcome, std::string const & i_folder)
     }
     stages.emplace_back("part");
     writeGrid(i_outcome, Shape::Part, i_folder + "/part.vtu");
+    if (i_outcome.tube)
+    {
+        stages.insert(stages.begin(), "tube");
+        writeGrid(i_outcome, Shape::Tube, i_folder + "/tube.vtu");
+    }
     if (i_outcome.springback)
     {
         stages.emplace_back("springback");

@@ -3,6 +3,8 @@
 #include "Grid.h"
 
 #include <cmath>
+#include <numbers>
+#include <utility>
 
 namespace voz::examples
 {
@@ -107,6 +109,35 @@ SurfaceMesh cylinder(double radius, double halfAngle, int strips, double length,
                      double const angle = halfAngle * (2.0 * strip / strips - 1.0);
                      return {radius * std::sin(angle), length * row / rows, radius * std::cos(angle)};
                  });
+}
+
+double BulgedTube::radiusAt(double x) const
+{
+    double const from = std::fabs(x - 0.5 * length);
+    double const cosine = from < halfBulge ? std::cos(0.5 * std::numbers::pi * from / halfBulge) : 0.0;
+    return radius + bulge * cosine * cosine;
+}
+
+SurfaceMesh bulgedTube(BulgedTube const & shape, Cells cells)
+{
+    SurfaceMesh mesh;
+    for (int row = 0; row <= shape.rows; ++row)
+        for (int j = 0; j < shape.around; ++j)
+        {
+            double const x = shape.length * row / shape.rows;
+            double const angle = 2.0 * std::numbers::pi * j / shape.around; // from +z to +y
+            mesh.nodes.push_back({x, shape.radiusAt(x) * std::sin(angle), shape.radiusAt(x) * std::cos(angle)});
+        }
+    for (int row = 0; row < shape.rows; ++row)
+        for (int j = 0; j < shape.around; ++j)
+        {
+            int const first = row * shape.around + j;
+            int const beside = row * shape.around + (j + 1) % shape.around;
+            addCell(mesh, {first, beside, beside + shape.around, first + shape.around}, cells, (row + j) % 2 == 0);
+        }
+    for (std::array<int, 4> & element : mesh.elements) // outward
+        std::swap(element[1], element[element[3] < 0 ? 2 : 3]);
+    return mesh;
 }
 
 SurfaceMesh cone(double halfApex, double inner, double outer, double turn, int strips, int rows, Cells cells)

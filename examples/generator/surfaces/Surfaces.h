@@ -144,6 +144,22 @@ SurfaceMesh panel(Panel const & shape, Cells cells);
 // Axis along y, from -halfAngle to halfAngle, top at z = radius.
 SurfaceMesh cylinder(double radius, double halfAngle, int strips, double length, int rows, Cells cells);
 
+// A closed tube along x from 0 to length, its bulge in the middle: radius + bulge cos^2 over the bulge's half length.
+// A row of nodes lies at +z; elements face outward.
+struct BulgedTube
+{
+    double radius = 30.0;
+    double length = 160.0;
+    double bulge = 12.0;
+    double halfBulge = 50.0; // along the axis
+    int rows = 64;           // along the axis
+    int around = 48;
+
+    double radiusAt(double x) const;
+};
+
+SurfaceMesh bulgedTube(BulgedTube const & shape, Cells cells);
+
 // Apex at the origin, axis along -z; generators from `inner` to `outer` along the slant, turned about z from -turn to
 // turn. The surface is the one of a cone with the given half apex angle.
 SurfaceMesh cone(double halfApex, double inner, double outer, double turn, int strips, int rows, Cells cells);

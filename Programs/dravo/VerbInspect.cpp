@@ -147,8 +147,9 @@ void AddInspect(CLI::App & io_app, Action & io_action)
     verb->add_option("--list", arguments->listed, "How many findings of a kind are named (all are counted)")
         ->capture_default_str();
     verb->add_flag("--json", arguments->isJson, "One JSON document");
-    verb->footer("Exit code 1: the mesh has faults that a solver would stumble over; with --flat, it lies over itself.\n"
-                 "Example: dravo inspect part.bdf --tip --repair part_mended.bdf");
+    verb->footer(
+        "Exit code 1: the mesh has faults that a solver would stumble over; with --flat, it lies over itself.\n"
+        "Example: dravo inspect part.bdf --tip --repair part_mended.bdf");
     verb->callback(
         [&io_action, arguments]
         {

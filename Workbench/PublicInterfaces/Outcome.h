@@ -212,7 +212,7 @@ struct Outcome
     bool hasBinder = false; // and the nodes' places on it
     std::optional<SpringbackOutcome> springback;
     std::optional<TubeOutcome> tube;
-    std::vector<BlankLoop> blank; // outer loop first
+    std::vector<BlankLoop> blank;   // outer loop first
     FlatFaults flat;                // of the blank, stamping frame
     std::vector<OutcomeZone> zones; // failure, marginal, strong compression; largest first
     OutcomeSummary summary;

@@ -37,8 +37,8 @@ void writeAll(std::filesystem::path const & folder)
         {"Quarter of the square cup of NUMISHEET'93, 40 mm deep, in quadrilaterals", 0.78}, KeywordField::Columns);
     writeNastran(file("v_bend", "v_bend.bdf"), vBend(VBend{}, 60.0, 20, Cells::Quads),
                  {"V bend of 90 degrees, mid radius 10", 0.78}, NastranField::Large);
-    writeNastran(file("tube", "tube.bdf"), bulgedTube(BulgedTube{}, Cells::Quads),
-                 {"Tube of 60, bulged by 12", 1.5}, NastranField::Large);
+    writeNastran(file("tube", "tube.bdf"), bulgedTube(BulgedTube{}, Cells::Quads), {"Tube of 60, bulged by 12", 1.5},
+                 NastranField::Large);
     Panel const shape;
     writeNastran(file("curved_binder", "panel.bdf"), panel(shape, Cells::Triangles),
                  {"Pocket in a panel that is bent to a radius of 300", 0.8}, NastranField::Large);

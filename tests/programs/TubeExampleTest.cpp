@@ -4,8 +4,8 @@
 //
 //     d(R Ns) = Nh dR,
 //
-// the hoop strain is ln(R / r0), and the law of the sheet (K (e0 + e)^n, normal anisotropy r, plane stress) gives Ns and
-// Nh of both strains. So the meridional strain follows from the end to the middle by one march: C. R. Calladine's
+// the hoop strain is ln(R / r0), and the law of the sheet (K (e0 + e)^n, normal anisotropy r, plane stress) gives Ns
+// and Nh of both strains. So the meridional strain follows from the end to the middle by one march: C. R. Calladine's
 // "Theory of Shell Structures" (1983) for the balance, R. Hill (1948) for the law.
 
 #include "Job.h"
@@ -41,9 +41,9 @@ struct Law
     Forces Of(double i_along, double i_hoop) const
     {
         double const factor = (1.0 + r) / std::sqrt(1.0 + 2.0 * r);
-        double const effective = factor * std::sqrt(std::max(i_along * i_along + i_hoop * i_hoop +
-                                                                 2.0 * r / (1.0 + r) * i_along * i_hoop,
-                                                             1e-300));
+        double const effective =
+            factor *
+            std::sqrt(std::max(i_along * i_along + i_hoop * i_hoop + 2.0 * r / (1.0 + r) * i_along * i_hoop, 1e-300));
         double const stress = std::pow(prestrain + effective, exponent);
         double const slope = stress / effective * (1.0 + r) / (1.0 + 2.0 * r);
         double const thickness = std::exp(-i_along - i_hoop);
@@ -95,8 +95,7 @@ std::vector<Ring> March(examples::BulgedTube const & i_tube, Law const & i_law)
 void WriteSurface(examples::SurfaceMesh const & i_surface, std::string const & i_path)
 {
     MeshModel model;
-    model.mesh =
-        VOZCatMesh(static_cast<int>(i_surface.nodes.size()), static_cast<int>(i_surface.elements.size()));
+    model.mesh = VOZCatMesh(static_cast<int>(i_surface.nodes.size()), static_cast<int>(i_surface.elements.size()));
     for (std::size_t n = 0; n < i_surface.nodes.size(); ++n)
     {
         std::ranges::copy(i_surface.nodes[n], model.mesh.GetNodeData()[n + 1]);
@@ -138,8 +137,10 @@ protected:
         try
         {
             std::string const mesh = i_mesh.empty() ? VOZ_SOURCE_DIR "/examples/tube/tube.bdf" : i_mesh;
-            Job const job = ParseJob("[mesh]\nfile = \"" + mesh + "\"\n[blank]\nthickness_mm = 1.5\n[material]\nfrom = "
-                                         "\"stainless-304\"\n" + i_tube,
+            Job const job = ParseJob("[mesh]\nfile = \"" + mesh +
+                                         "\"\n[blank]\nthickness_mm = 1.5\n[material]\nfrom = "
+                                         "\"stainless-304\"\n" +
+                                         i_tube,
                                      (mFolder / "job.toml").string());
             FindTipping(job, ReadModel(job));
         }

@@ -109,8 +109,7 @@ TEST_F(MaterialDeckFile, AFigureOutOfItsRangeIsNamedWithTheRange)
 
 TEST_F(MaterialDeckFile, WithoutTextsInQuotesTheMaterialGoesByTheFilesName)
 {
-    std::string const path =
-        mFolder.Write("steel.fpi", Replaced(Golden(), " \"DC04\" \"deep drawing, mild\"", ""));
+    std::string const path = mFolder.Write("steel.fpi", Replaced(Golden(), " \"DC04\" \"deep drawing, mild\"", ""));
     MaterialDeck const deck = ReadMaterialDeck(path);
     EXPECT_EQ(deck.entry.material.name, "steel");
     EXPECT_EQ(deck.remarks.size(), 3U);

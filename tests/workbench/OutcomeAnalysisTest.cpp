@@ -77,7 +77,7 @@ TEST(GatherZones, TellsNumberPlaceAreaAndNormalLargestFirst)
     Mark(outcome, 4, 4, 0); // interior: a node, 100 mm2
     for (int const column : {2, 3, 4})
         Mark(outcome, column, 0, 1); // at the edge: 3 x 50 mm2
-    Mark(outcome, 0, 8, 4); // a corner: 25 mm2
+    Mark(outcome, 0, 8, 4);          // a corner: 25 mm2
     std::vector<OutcomeZone> const zones = GatherZones(outcome);
     ASSERT_EQ(zones.size(), 3U);
     EXPECT_EQ(zones[0].safety, 1);
@@ -111,7 +111,7 @@ TEST(GatherZones, AZoneThatReachesAHoleSaysSo)
     Outcome outcome = test::plateWithHole(80.0, 60.0, 10.0, 32, 4);
     Summarise(outcome);
     for (std::size_t n = 0; n < 4; ++n)
-        outcome.nodes[n].safety = 0; // on the hole
+        outcome.nodes[n].safety = 0;  // on the hole
     outcome.nodes[32 * 4].safety = 0; // on the outer edge
     outcome.nodes[32 * 2 + 16].safety = 0;
     std::vector<OutcomeZone> const zones = GatherZones(outcome);

@@ -94,7 +94,8 @@ void RefuseBesideTube(JobTable const & i_table, Job const & i_job)
     };
     for (Other const & other :
          {Other{"[symmetry]", !i_job.planes.empty()}, Other{"[tip]", i_job.dieLine.has_value()},
-          Other{"[blank_holder]", i_job.holder.kind != HolderKind::None && i_job.holder.force + i_job.holder.level > 0.0},
+          Other{"[blank_holder]",
+                i_job.holder.kind != HolderKind::None && i_job.holder.force + i_job.holder.level > 0.0},
           Other{"[[holder]]", !i_job.holders.empty()}, Other{"[[bead]]", !i_job.beads.empty()},
           Other{"[[pad]]", !i_job.pads.empty()}, Other{"[binder]", i_job.binder.has_value()},
           Other{"[auto_strain]", i_job.autoStrain.has_value()}, Other{"[springback]", i_job.HasSpringback()}})

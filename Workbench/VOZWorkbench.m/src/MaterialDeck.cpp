@@ -107,7 +107,8 @@ void RequireDeck(int i_error, std::string const & i_path)
         Refuse(i_path, "the file ends inside the control lines (block II): a deck goes on with a line of asterisks and "
                        "block V, the material properties");
     if (i_error != kRead)
-        Refuse(i_path, "it is no deck: expected a header, a line of asterisks, and a line that begins with \"BLOCK II\"");
+        Refuse(i_path,
+               "it is no deck: expected a header, a line of asterisks, and a line that begins with \"BLOCK II\"");
 }
 } // namespace
 
@@ -134,8 +135,9 @@ MaterialDeck ReadMaterialDeck(std::string const & i_path)
     if (material.name.empty())
     {
         material.name = std::filesystem::path(i_path).stem().string();
-        deck.remarks.push_back("the deck does not name its material (block XXVI has no texts in quotes); it goes by the "
-                               "name of the file");
+        deck.remarks.push_back(
+            "the deck does not name its material (block XXVI has no texts in quotes); it goes by the "
+            "name of the file");
     }
     material.source = "deck " + fileName + (description.empty() ? "" : ": " + description);
     deck.remarks.emplace_back("a deck has no elastic constants and no density: those of steel stand here");

@@ -289,8 +289,9 @@ void WriteReport(Outcome const & i_outcome, std::string const & i_path)
          << kStyle << "</head>\n<body>\n"
          << head(i_outcome) << "<main>\n"
          << summary(i_outcome) << part(i_outcome) << LayersSection(i_outcome) << formingLimit(i_outcome)
-         << ZoneSection(i_outcome) << TubeSection(i_outcome) << blank(i_outcome) << forces(i_outcome) << SpringbackSection(i_outcome) << tipping(i_outcome)
-         << checks(i_outcome) << provenance(i_outcome) << "</main>\n</body>\n</html>\n";
+         << ZoneSection(i_outcome) << TubeSection(i_outcome) << blank(i_outcome) << forces(i_outcome)
+         << SpringbackSection(i_outcome) << tipping(i_outcome) << checks(i_outcome) << provenance(i_outcome)
+         << "</main>\n</body>\n</html>\n";
     page.Commit();
 }
 

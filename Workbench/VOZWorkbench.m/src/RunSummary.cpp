@@ -128,7 +128,8 @@ nlohmann::json CrossingsOf(RunRecord const & i_record)
         crossings.push_back(
             {{"kind", crossing.isOverlap ? "overlap" : "fold"},
              {"edge", {NodeName(crossing.edge.start - 1, i_record), NodeName(crossing.edge.end - 1, i_record)}},
-             {"partner", {NodeName(crossing.partner.start - 1, i_record), NodeName(crossing.partner.end - 1, i_record)}},
+             {"partner",
+              {NodeName(crossing.partner.start - 1, i_record), NodeName(crossing.partner.end - 1, i_record)}},
              {"place_mm", {Rounded(crossing.place[0]), Rounded(crossing.place[1])}}});
     return crossings;
 }

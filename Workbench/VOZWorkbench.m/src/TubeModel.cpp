@@ -20,10 +20,10 @@ namespace voz::workbench
 namespace
 {
 constexpr double kMetrePerMillimetre = 0.001;
-constexpr double kUnequalEnds = 0.01;    // of the radius
-constexpr double kAreaTolerance = 1.0;   // percent
-constexpr double kGapTolerance = 0.01;   // of the radius
-constexpr double kAlong = 0.99;          // cosine above which the cut lies along the axis
+constexpr double kUnequalEnds = 0.01;  // of the radius
+constexpr double kAreaTolerance = 1.0; // percent
+constexpr double kGapTolerance = 0.01; // of the radius
+constexpr double kAlong = 0.99;        // cosine above which the cut lies along the axis
 using NodeRow = double[3];
 
 [[noreturn]] void Refuse(Job const & i_job, std::string const & i_message)
@@ -197,8 +197,7 @@ void FaceOutward(VOZCatMesh & io_mesh, VOZCatAxis const & i_frame)
     {
         Point3 const place = Local(i_frame, PlaceOf(io_mesh, io_mesh.elem(e, 0)));
         for (int c = 0; c < 3; ++c)
-            outward +=
-                normals.normal(e, c) * (place[1] * i_frame.axis(1, c) + place[2] * i_frame.axis(2, c));
+            outward += normals.normal(e, c) * (place[1] * i_frame.axis(1, c) + place[2] * i_frame.axis(2, c));
     }
     if (outward < 0.0)
         io_mesh.reverse();

@@ -17,9 +17,9 @@ constexpr int kLipTables = 2; // of prescribed displacements, which BuildProcess
 
 struct OpenedTube
 {
-    JobModel model;    // opened, global; the doubles of the seam's nodes stand behind, with ids behind the highest
-    Tipping tipping;   // its frame, and no undercuts: nothing is stamped
-    ElemProperty lips; // the two tables that push the lips apart
+    JobModel model;      // opened, global; the doubles of the seam's nodes stand behind, with ids behind the highest
+    Tipping tipping;     // its frame, and no undercuts: nothing is stamped
+    ElemProperty lips;   // the two tables that push the lips apart
     double radius = 0.0; // mm, of the tube to begin with
     int closedNodes = 0;
     std::vector<int> seam; // 0-based, along the path

@@ -24,7 +24,8 @@ std::string TubeSection(Outcome const & i_outcome)
     over.line = tube.seam;
     if (!tube.seam.empty())
         over.marks = {{tube.seam.front(), "seam"}};
-    return "<section id=\"tube\">\n<h2>Tube</h2>\n<p>The closed part was opened along a seam and formed back to a sheet "
+    return "<section id=\"tube\">\n<h2>Tube</h2>\n<p>The closed part was opened along a seam and formed back to a "
+           "sheet "
            "whose two lips are half a circumference from the line opposite; that sheet is the blank of this page. "
            "Wrapped round its axis, which is the local x of the frame, it is the tube to begin with.</p>\n" +
            Figure(DrawZones(i_outcome, ZoneKind::Safety, over), "The seam, in red, on the formed part.") +

@@ -30,11 +30,11 @@ std::string ZoneSection(Outcome const & i_outcome)
     {
         OutcomeZone const & zone = zones[i];
         double const * const p = i_outcome.part.GetNodeData()[zone.centre + 1];
-        table.rows.push_back({std::to_string(i + 1), SafetyName(zone.safety), ZonePlaceName(zone.place),
-                              Fixed(zone.area, 2), std::to_string(zone.nodes.size()), std::to_string(zone.centre + 1),
-                              Fixed(p[0], 2) + ", " + Fixed(p[1], 2) + ", " + Fixed(p[2], 2),
-                              Fixed(zone.normal[0], 3) + ", " + Fixed(zone.normal[1], 3) + ", " +
-                                  Fixed(zone.normal[2], 3)});
+        table.rows.push_back(
+            {std::to_string(i + 1), SafetyName(zone.safety), ZonePlaceName(zone.place), Fixed(zone.area, 2),
+             std::to_string(zone.nodes.size()), std::to_string(zone.centre + 1),
+             Fixed(p[0], 2) + ", " + Fixed(p[1], 2) + ", " + Fixed(p[2], 2),
+             Fixed(zone.normal[0], 3) + ", " + Fixed(zone.normal[1], 3) + ", " + Fixed(zone.normal[2], 3)});
         if (i < kMarked)
             over.marks.push_back({zone.centre, std::to_string(i + 1)});
     }

@@ -197,7 +197,7 @@ TEST_F(ShopCommand, TheNewOptionsStandInCompletionAndManPage)
     for (char const * const shell : {"bash", "zsh", "fish", "man"})
     {
         std::string const text = Dravo(std::string("completion ") + shell).out;
-        for (char const * const option : {"flat", "fill", "deck", "plane-x"})
+        for (char const * const option : {"flat", "fill", "deck", "plane"})
             EXPECT_NE(text.find(option), std::string::npos) << shell << " " << option;
     }
 }

@@ -122,7 +122,9 @@ TEST_F(MaterialDeckFile, EveryPrefixIsAMaterialOrAnErrorWithTheFilesName)
     {
         std::string const message = MessageOf(deck.substr(0, length));
         if (!message.empty())
+        {
             EXPECT_NE(message.find("steel.fpi: "), std::string::npos) << length;
+        }
     }
 }
 

@@ -116,7 +116,9 @@ public:
     void WriteVectorCard(int i_nId, double i_dX, double i_dY, double i_dZ);
     void WriteHeadLine(char const * i_strName, int i_nId, char const * i_strValue, double i_dValue);
     void WriteInclude(char const * i_strName); // of the mesh
-    void WriteBlankPart();                     // set, part, material, section
+    void WriteBlankPart();                     // banner, set, part
+    void WriteBlankMaterial();
+    void WriteBlankSection();
     void WriteAdaptivity();
     enum Tool
     {
@@ -124,9 +126,11 @@ public:
         kToolPunch,
         kToolBinder
     };
-    void WriteTool(Tool i_tool, char const * i_strContact); // i_strContact: the keyword of its contact with the blank
-    void WriteDrive(Tool i_tool);                           // what moves it
-    char const * ContactKeyword() const;                    // by m_bSmoothContact
+    void WriteTool(Tool i_tool);                                   // all of the next three
+    void WriteToolPart(Tool i_tool);                               // banner to section
+    void WriteToolContact(Tool i_tool, char const * i_strKeyword); // with the blank
+    void WriteToolDrive(Tool i_tool);                              // what moves it
+    char const * ContactKeyword() const;                           // by m_bSmoothContact
 
     // Opens the file, writes all blocks in the order of the deck, closes it.
     long WriteDeck(CATUnicodeString const & i_strPath);

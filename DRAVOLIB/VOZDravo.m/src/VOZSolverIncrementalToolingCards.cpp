@@ -177,6 +177,8 @@ constexpr double kCurveStart = 0.02;       // strain at which the generated curv
 void VOZSolverIncremental::WriteBlankDataBlock()
 {
     WriteBlankPart();
+    WriteBlankMaterial();
+    WriteBlankSection();
     WriteAdaptivity();
 }
 
@@ -189,10 +191,18 @@ void VOZSolverIncremental::WriteBlankPart()
     WriteLines(kBlankPart);
     WriteIntegers({m_nPartBlank, m_nSectionBlank, m_nMaterialBlank, 0, 0, 0, 1});
     WriteEnd();
+}
+
+void VOZSolverIncremental::WriteBlankMaterial()
+{
     WriteLines(kBlankMaterial);
     WriteIntegers({m_nMaterialBlank});
     WriteReals({m_dDensity, m_dYoungsModulus, m_dPoisson, m_dYieldStress, m_dTangentModulus, m_dRValue});
     IntegerWriteEnd(m_nCurveStressStrain);
+}
+
+void VOZSolverIncremental::WriteBlankSection()
+{
     WriteLines(kBlankSection);
     WriteIntegers({m_nSectionBlank, 2});
     WriteReals({0.833, m_dBlankIntegrationPoints}); // a real number, where the keyword takes an integer
@@ -232,36 +242,40 @@ char const * VOZSolverIncremental::ContactKeyword() const
 
 void VOZSolverIncremental::WritePunchDataBlock()
 {
-    WriteTool(kToolPunch, ContactKeyword());
+    WriteTool(kToolPunch);
 }
 
 void VOZSolverIncremental::WriteDieDataBlock()
 {
-    WriteTool(kToolDie, ContactKeyword());
+    WriteTool(kToolDie);
 }
 
 void VOZSolverIncremental::WriteBlankHolderDataBlock()
 {
-    WriteTool(kToolBinder, ContactKeyword());
+    WriteTool(kToolBinder);
 }
 
-void VOZSolverIncremental::WriteTool(Tool i_tool, char const * i_strContact)
+void VOZSolverIncremental::WriteTool(Tool i_tool)
+{
+    WriteToolPart(i_tool);
+    WriteToolContact(i_tool, ContactKeyword());
+    WriteToolDrive(i_tool);
+}
+
+void VOZSolverIncremental::WriteToolPart(Tool i_tool)
 {
     struct Numbers
     {
         int set, part, section, material;
-        double friction, offset;
     };
-    Numbers const all[] = {
-        {m_nSetDie, m_nPartDie, m_nSectionDie, m_nMaterialDie, m_dFrictionDie, m_dOffsetDie},
-        {m_nSetPunch, m_nPartPunch, m_nSectionPunch, m_nMaterialPunch, m_dFrictionPunch, m_dOffsetPunch},
-        {m_nSetBinder, m_nPartBinder, m_nSectionBinder, m_nMaterialBinder, m_dFrictionBinder, m_dOffsetBinder}};
+    Numbers const all[] = {{m_nSetDie, m_nPartDie, m_nSectionDie, m_nMaterialDie},
+                           {m_nSetPunch, m_nPartPunch, m_nSectionPunch, m_nMaterialPunch},
+                           {m_nSetBinder, m_nPartBinder, m_nSectionBinder, m_nMaterialBinder}};
     Numbers const & tool = all[i_tool];
     ToolTexts const & texts = kToolTexts[i_tool];
     char const * const heading[] = {kComment, kSingleRule, texts.banner,  kSingleRule,
                                     kComment, kSetKeyword, texts.setName, kSetFields};
     char const * const part[] = {kPartKeyword, kPartHeading, texts.heading, kPartFields};
-    char const * const contact[] = {i_strContact, kContactTitle, texts.contact, kContactFields};
 
     WriteLines(heading);
     IntegerWriteEnd(tool.set);
@@ -272,16 +286,30 @@ void VOZSolverIncremental::WriteTool(Tool i_tool, char const * i_strContact)
     WriteEnd();
     WriteRigidMaterialProperties(tool.material, tool.section, texts.constraints);
     WriteThickness();
-    WriteLines(contact);
+}
+
+void VOZSolverIncremental::WriteToolContact(Tool i_tool, char const * i_strKeyword)
+{
+    struct Numbers
+    {
+        int part;
+        double friction, offset;
+    };
+    Numbers const all[] = {{m_nPartDie, m_dFrictionDie, m_dOffsetDie},
+                           {m_nPartPunch, m_dFrictionPunch, m_dOffsetPunch},
+                           {m_nPartBinder, m_dFrictionBinder, m_dOffsetBinder}};
+    Numbers const & tool = all[i_tool];
+    char const * const head[] = {i_strKeyword, kContactTitle, kToolTexts[i_tool].contact, kContactFields};
+
+    WriteLines(head);
     WriteIntegers({m_nPartBlank, tool.part});
     WriteLine(kContactTail);
     WriteFriction_Card23(tool.friction, tool.offset, false);
     WriteFriction_Card4_ShootingLogic();
-    WriteDrive(i_tool);
 }
 
 // The punch follows its velocity along the stamping direction, the binder is pushed along it, the die stands.
-void VOZSolverIncremental::WriteDrive(Tool i_tool)
+void VOZSolverIncremental::WriteToolDrive(Tool i_tool)
 {
     if (i_tool == kToolPunch)
     {

@@ -125,6 +125,7 @@ def step_package():
     with tempfile.TemporaryDirectory() as folder:
         prefix = os.path.join(folder, "prefix")
         run(["cmake", "--install", "build/release", "--prefix", prefix], quiet=True)
+        passed += check_launcher(prefix)
         consumer = os.path.join(ROOT, "tests/consumer")
         uses = {"installed": [f"-DCMAKE_PREFIX_PATH={prefix}", "-DVOZ_CHECK_HEADERS=ON"],
                 # The flags of our own presets, so that the compiler cache has its objects already.
@@ -139,6 +140,16 @@ def step_package():
         passed += 1
         passed += check_pkg_config(prefix, consumer, folder)
     return passed, 0
+
+
+def check_launcher(prefix):
+    """The launcher lies beside the library, which looks for it there, and starts where it was installed."""
+    libraries = glob.glob(os.path.join(prefix, "lib*/**/libVOZDravo.so"), recursive=True)
+    launcher = os.path.join(os.path.dirname(libraries[0]), "VOZLaunchDyna") if libraries else "VOZLaunchDyna"
+    if not os.path.exists(launcher):
+        raise Failed("the package has no VOZLaunchDyna beside its library")
+    run([launcher, "--help"], quiet=True)
+    return 1
 
 
 def check_pkg_config(prefix, consumer, folder):
@@ -175,7 +186,7 @@ def step_browser():
 
 def step_windows():
     run(["scripts/windows-libraries"], quiet=True)
-    build("windows", ["VOZDravo", "OneStepSolver", "EchoArguments", "test_platform", "test_library"])
+    build("windows", ["VOZDravo", "OneStepSolver", "VOZLaunchDyna", "EchoArguments", "test_platform", "test_library"])
     # One prefix for the whole build, made once: Wine's first start takes the longest.
     prefix = os.path.join(ROOT, "build/windows/wine")
     os.environ.update(WINEPREFIX=prefix, WINEDEBUG="-all")

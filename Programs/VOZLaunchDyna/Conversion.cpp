@@ -18,6 +18,7 @@ namespace
 static_assert(std::endian::native == std::endian::little, "the records are little-endian and written as they stand");
 
 constexpr double kSameTime = 1e-6; // of the end: what rounding of times in the deck and in the results may take
+constexpr double kReach = 0.1;     // of the way to the next point: a solver is late by a step of its own, no more
 
 // The states for the output points, in the order of the points; -1 where there is none.
 std::vector<std::ptrdiff_t> chooseStates(std::vector<StateEntry> const & states, std::vector<double> const & times)
@@ -29,7 +30,7 @@ std::vector<std::ptrdiff_t> chooseStates(std::vector<StateEntry> const & states,
         double reach = std::numeric_limits<double>::max();
         for (double const other : times)
             if (std::fabs(other - times[i]) > same)
-                reach = std::min(reach, 0.5 * std::fabs(other - times[i]));
+                reach = std::min(reach, kReach * std::fabs(other - times[i]));
         double best = std::max(reach, same);
         for (std::size_t k = 0; k < states.size(); ++k)
         {

@@ -27,11 +27,13 @@ TEST_F(D3plotTimes, TheNearestStateIsTaken)
               (Chosens{{0, 0.0F}, {1, 0.24F}, {2, 0.5F}, {3, 0.76F}, {4, 1.0F}}));
 }
 
-TEST_F(D3plotTimes, AStateMayLieAtMostHalfWayToTheNextPoint)
+TEST_F(D3plotTimes, AStateMayLieOffByATenthOfTheWayToTheNextPoint)
 {
-    EXPECT_EQ(Chosen({0.0, 0.125}, {0.0, 0.25, 0.5}), (Chosens{{0, 0.0F}, {1, 0.125F}})) << "half way is within";
-    EXPECT_EQ(Chosen({0.0, 0.12}, {0.0, 0.25, 0.5}), (Chosens{{0, 0.0F}}));
+    EXPECT_EQ(Chosen({0.0, 0.27}, {0.0, 0.25, 0.5}), (Chosens{{0, 0.0F}, {1, 0.27F}}));
+    EXPECT_EQ(Chosen({0.0, 0.28}, {0.0, 0.25, 0.5}), (Chosens{{0, 0.0F}}));
     EXPECT_EQ(result.missing, (Ints{1, 2}));
+    EXPECT_EQ(Chosen({0.0, 0.23}, {0.0, 0.25, 0.5}), (Chosens{{0, 0.0F}, {1, 0.23F}}));
+    EXPECT_EQ(Chosen({0.0, 0.22}, {0.0, 0.25, 0.5}), (Chosens{{0, 0.0F}}));
 }
 
 TEST_F(D3plotTimes, EqualPointsTakeTheSameState)

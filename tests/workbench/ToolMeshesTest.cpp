@@ -45,6 +45,9 @@ std::vector<Case> cases()
         {"square cup", jobOf(examples::squareCup(coarseSquareCup(), Extent::Whole, Cells::Quads)), false, true});
     all.push_back({"hat", jobOf(examples::wholeHat({}, 30.0, 6, 4, Cells::Quads)), true, true});
     all.push_back({"hat without a holder", jobOf(examples::wholeHat({}, 30.0, 6, 4, Cells::Quads)), true, false});
+    examples::Profile pot({0.0, 0.0}, 0.0); // no flange: its wall ends vertical
+    pot.line(32.0, 4).arc(8.0, std::acos(0.0), 6).line(7.0, 2);
+    all.push_back({"pot", jobOf(examples::revolve(pot, 6, Extent::Whole, Cells::Quads)), false, true});
     examples::VBend bend;
     bend.rowsNear = 4;
     bend.rowsArc = 12;

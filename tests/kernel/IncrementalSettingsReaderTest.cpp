@@ -1,6 +1,8 @@
 // IncrementalSettingsReaderTest.cpp: the reader of the database of incremental settings.
 
 #include "CATUnicodeString.h"
+#include "SettingsNumbers.h"
+#include "TempFolder.h"
 #include "VOZIncrementalSettings.h"
 #include "VOZStatus.h"
 
@@ -9,7 +11,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <random>
@@ -19,6 +20,7 @@
 namespace
 {
 
+using settingsnumbers::numbersOf;
 using testing::HasSubstr;
 
 struct Database
@@ -40,23 +42,13 @@ struct Database
     long result = 1;
 };
 
-// A folder of its own per test.
 class IncrementalDatabase : public testing::Test
 {
 protected:
-    IncrementalDatabase()
+    std::string write(std::string const & name, std::string const & text) const
     {
-        auto const * const info = testing::UnitTest::GetInstance()->current_test_info();
-        folder = std::filesystem::temp_directory_path() / (std::string("voz_incremental_") + info->name());
-        std::filesystem::remove_all(folder);
-        std::filesystem::create_directories(folder);
-    }
-    ~IncrementalDatabase() override { std::filesystem::remove_all(folder); }
-
-    std::string write(std::string const & name, std::string const & text)
-    {
-        std::ofstream(folder / name, std::ios::binary) << text;
-        return (folder / name).string();
+        std::ofstream(folder.Path(name), std::ios::binary) << text;
+        return folder.Path(name);
     }
 
     std::string errorOf(std::string const & text)
@@ -67,7 +59,7 @@ protected:
         return database.error();
     }
 
-    std::filesystem::path folder;
+    TempFolder folder;
 };
 
 std::string document(std::string const & inside)
@@ -94,69 +86,25 @@ std::string const kWhole =
     "<smoothContact>yes</smoothContact>\n<hourglassType>0</hourglassType>\n"
     "<outputPositions unit=\"%\">0 12.5 50 100</outputPositions>\n";
 
-std::vector<double> numbersOf(VOZIncrementalSettings const & s)
-{
-    std::vector<double> numbers = {static_cast<double>(s.m_nIntegrationPoints),
-                                   static_cast<double>(s.m_nSpareSetting),
-                                   s.m_dPunchAcceleration,
-                                   s.m_dPunchVelocityFlagSet,
-                                   s.m_dPunchVelocityFlagClear,
-                                   static_cast<double>(s.m_nAdaptivityLevel),
-                                   static_cast<double>(s.m_nAdaptivePasses),
-                                   s.m_dStrokeThreshold,
-                                   s.m_dAdaptSizeFactor,
-                                   static_cast<double>(s.m_nIadpn90),
-                                   s.m_dAdaptEnergyFactor,
-                                   s.m_dAdaptThicknessFactor,
-                                   s.m_dDT2MSFactor,
-                                   s.m_dBinderGapFactor,
-                                   s.m_dBinderAccelFactor,
-                                   static_cast<double>(s.m_nHourglassType)};
-    numbers.insert(numbers.end(), s.m_padOutputPositions, s.m_padOutputPositions + s.m_nOutputPoints);
-    return numbers;
-}
-
 TEST_F(IncrementalDatabase, ReadsEveryFieldIntoSI)
 {
     Database const database(write("s.xml", document(entry("all", kWhole))));
     ASSERT_EQ(database.result, 0) << database.error();
     EXPECT_EQ(database.error(), "");
     ASSERT_EQ(database.entries.GetSize(), 1);
-    VOZIncrementalSettings const & s = *database.entries[0];
     EXPECT_EQ(database.name(0), "all");
-    EXPECT_EQ(s.m_nIntegrationPoints, 7);
-    EXPECT_EQ(s.m_nSpareSetting, -3);
-    EXPECT_EQ(s.m_dPunchAcceleration, 4000.0);
-    EXPECT_EQ(s.m_dPunchVelocityFlagSet, 1.5);
-    EXPECT_EQ(s.m_dPunchVelocityFlagClear, 3.0);
-    EXPECT_EQ(s.m_nAdaptivityLevel, 5);
-    EXPECT_EQ(s.m_nAdaptivePasses, 12);
-    EXPECT_DOUBLE_EQ(s.m_dStrokeThreshold, 0.06);
-    EXPECT_EQ(s.m_dAdaptSizeFactor, 1.25);
-    EXPECT_EQ(s.m_nIadpn90, 6);
-    EXPECT_EQ(s.m_dAdaptEnergyFactor, -1.5);
-    EXPECT_EQ(s.m_dAdaptThicknessFactor, 0.75);
-    EXPECT_EQ(s.m_dDT2MSFactor, 1.1);
-    EXPECT_EQ(s.m_dBinderGapFactor, 0.2);
-    EXPECT_EQ(s.m_dBinderAccelFactor, 0.5);
-    EXPECT_TRUE(s.m_bSmoothContact);
-    EXPECT_EQ(s.m_nHourglassType, 0);
-    ASSERT_EQ(s.m_nOutputPoints, 4);
-    EXPECT_EQ(s.m_padOutputPositions[1], 12.5);
-    EXPECT_EQ(s.m_padOutputPositions[3], 100.0);
+    EXPECT_THAT(numbersOf(*database.entries[0]),
+                testing::ElementsAre(7, -3, 4000, 1.5, 3, 5, 12, testing::DoubleEq(0.06), 1.25, 6, -1.5, 0.75, 1.1, 0.2,
+                                     0.5, 1, 0, 4, 0, 12.5, 50, 100));
 }
 
 TEST_F(IncrementalDatabase, AFieldThatIsLeftOutHasTheRecordsDefault)
 {
     Database const database(write("s.xml", document(entry("few", "<iadpn90>3</iadpn90>"))));
     ASSERT_EQ(database.result, 0) << database.error();
-    VOZIncrementalSettings const & s = *database.entries[0];
-    VOZIncrementalSettings const defaults;
-    EXPECT_EQ(s.m_nIadpn90, 3);
-    EXPECT_EQ(s.m_dPunchVelocityFlagClear, defaults.m_dPunchVelocityFlagClear);
-    EXPECT_EQ(s.m_dStrokeThreshold, defaults.m_dStrokeThreshold);
-    EXPECT_EQ(s.m_bSmoothContact, defaults.m_bSmoothContact);
-    EXPECT_EQ(s.m_nOutputPoints, defaults.m_nOutputPoints);
+    VOZIncrementalSettings expected;
+    expected.m_nIadpn90 = 3;
+    EXPECT_EQ(numbersOf(*database.entries[0]), numbersOf(expected));
 }
 
 TEST_F(IncrementalDatabase, HonoursEachUnit)
@@ -174,7 +122,7 @@ TEST_F(IncrementalDatabase, KeepsTheOrderOfFilesByNameAndOfEntriesInThem)
     write("b.xml", document(entry("third")));
     write("a.xml", document(entry("second") + entry("first")));
     write("notes.txt", "not a database");
-    Database const database(folder.string());
+    Database const database(folder.Path());
     ASSERT_EQ(database.entries.GetSize(), 3) << database.error();
     EXPECT_EQ(database.name(0) + database.name(1) + database.name(2), "secondfirstthird");
 }
@@ -313,7 +261,7 @@ TEST_F(IncrementalDatabase, RefusesTwoEntriesOfOneNameAndTellsBothPlaces)
 {
     write("a.xml", document(entry("steel")));
     write("b.xml", document("\n" + entry("steel")));
-    Database const database(folder.string());
+    Database const database(folder.Path());
     EXPECT_EQ(database.result, E_FAIL);
     EXPECT_EQ(database.entries.GetSize(), 0);
     EXPECT_THAT(database.error(), testing::ContainsRegex("b\\.xml:3: .*\"steel\".*a\\.xml:2 already"));
@@ -321,8 +269,8 @@ TEST_F(IncrementalDatabase, RefusesTwoEntriesOfOneNameAndTellsBothPlaces)
 
 TEST_F(IncrementalDatabase, RefusesAMissingPathAFolderWithoutDatabaseAndNoPathAtAll)
 {
-    EXPECT_THAT(Database((folder / "nothing.xml").string()).error(), HasSubstr("nothing.xml: cannot be opened"));
-    EXPECT_THAT(Database(folder.string()).error(), HasSubstr("holds no file"));
+    EXPECT_THAT(Database(folder.Path("nothing.xml")).error(), HasSubstr("nothing.xml: cannot be opened"));
+    EXPECT_THAT(Database(folder.Path()).error(), HasSubstr("holds no file"));
     EXPECT_THAT(Database("").error(), HasSubstr("no path was given"));
     VOZTPtrArray<VOZIncrementalSettings, int> entries(1);
     EXPECT_EQ(ReadIncrementSettingsFromXMLDatabase(nullptr, nullptr, entries), E_FAIL);
@@ -368,12 +316,10 @@ TEST_F(IncrementalDatabase, FilesWithBrokenBytesAreReadOrRefused)
     for (std::size_t at = 0; at < good.size(); ++at)
     {
         std::string text = good;
-        text[at] = static_cast<char>(text[at] ^ (1 << at % 8));
-        check(text);
-        text[at] = static_cast<char>(random() % 256);
+        text[at] = static_cast<char>(at % 2 == 0 ? text[at] ^ (1 << random() % 8) : random() % 256);
         check(text);
     }
-    for (int turn = 0; turn < 500; ++turn)
+    for (int turn = 0; turn < 300; ++turn)
     {
         std::string text = good;
         for (std::size_t change = 0; change <= random() % 4; ++change)
@@ -399,11 +345,8 @@ TEST_F(IncrementalDatabase, TheExampleOfTheDocumentsHoldsTheDefaults)
     std::string const example = page.substr(start, page.find("```", start) - start);
     Database const database(write("s.xml", example));
     ASSERT_EQ(database.result, 0) << database.error();
-    VOZIncrementalSettings const & s = *database.entries[0];
-    VOZIncrementalSettings const d;
     EXPECT_EQ(std::count(example.begin(), example.end(), '\n'), 5 + std::count(kWhole.begin(), kWhole.end(), '\n'));
-    EXPECT_THAT(numbersOf(s), testing::ElementsAreArray(numbersOf(d)));
-    EXPECT_EQ(s.m_bSmoothContact, d.m_bSmoothContact);
+    EXPECT_EQ(numbersOf(*database.entries[0]), numbersOf(VOZIncrementalSettings()));
 }
 
 // The shipped templates.
@@ -424,8 +367,7 @@ TEST(ShippedIncrementalSettings, MildSteelWritesTheDefaultsOut)
 {
     Database const database(kShipped + "/mild-steel.xml");
     ASSERT_EQ(database.result, 0) << database.error();
-    EXPECT_THAT(numbersOf(*database.entries[0]), testing::ElementsAreArray(numbersOf(VOZIncrementalSettings())));
-    EXPECT_FALSE(database.entries[0]->m_bSmoothContact);
+    EXPECT_EQ(numbersOf(*database.entries[0]), numbersOf(VOZIncrementalSettings()));
 }
 
 TEST(ShippedIncrementalSettings, LieInWhatAFormingEngineerWouldTake)

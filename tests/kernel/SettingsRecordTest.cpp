@@ -2,19 +2,25 @@
 // mesh.
 
 #include "CATUnicodeString.h"
+#include "SettingsNumbers.h"
 #include "VOZAPIMesh.h"
 #include "VOZIncrementalSettings.h"
 #include "VOZString.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <memory>
 #include <string>
+#include <type_traits>
+#include <variant>
 #include <vector>
 
 namespace
 {
+
+using settingsnumbers::numbersOf;
 
 TEST(KernelText, IsEmptyWithoutATextAndStillClosedByAZero)
 {
@@ -141,27 +147,8 @@ TEST(IncrementalSettings, TheDefaultsAreTheDocumentedOnes)
 {
     VOZIncrementalSettings const s;
     EXPECT_TRUE(s.m_strName.IsEmpty());
-    EXPECT_EQ(s.m_nIntegrationPoints, 5);
-    EXPECT_EQ(s.m_nSpareSetting, 2);
-    EXPECT_EQ(s.m_dPunchAcceleration, 5000.0);
-    EXPECT_EQ(s.m_dPunchVelocityFlagSet, 2.5);
-    EXPECT_EQ(s.m_dPunchVelocityFlagClear, 5.0);
-    EXPECT_EQ(s.m_nAdaptivityLevel, 4);
-    EXPECT_EQ(s.m_nAdaptivePasses, 20);
-    EXPECT_EQ(s.m_dStrokeThreshold, 0.04);
-    EXPECT_EQ(s.m_dAdaptSizeFactor, 2.0);
-    EXPECT_EQ(s.m_nIadpn90, -1);
-    EXPECT_EQ(s.m_dAdaptEnergyFactor, 2.0);
-    EXPECT_EQ(s.m_dAdaptThicknessFactor, 0.8);
-    EXPECT_EQ(s.m_dDT2MSFactor, 0.9);
-    EXPECT_EQ(s.m_dBinderGapFactor, 0.1);
-    EXPECT_EQ(s.m_dBinderAccelFactor, 0.9);
-    EXPECT_FALSE(s.m_bSmoothContact);
-    EXPECT_EQ(s.m_nHourglassType, 4);
-    ASSERT_EQ(s.m_nOutputPoints, 10);
-    double const positions[] = {0, 10, 25, 40, 55, 70, 80, 90, 95, 100};
-    for (int i = 0; i < 10; ++i)
-        EXPECT_EQ(s.m_padOutputPositions[i], positions[i]);
+    EXPECT_THAT(numbersOf(s), testing::ElementsAre(5, 2, 5000, 2.5, 5, 4, 20, 0.04, 2, -1, 2, 0.8, 0.9, 0.1, 0.9, 0, 4,
+                                                   10, 0, 10, 25, 40, 55, 70, 80, 90, 95, 100));
     EXPECT_EQ(s.GetID(), 0);
     EXPECT_EQ(s.GetType(), VOZIncrementalSettings::kType);
     EXPECT_EQ(s.GetParent(), nullptr);
@@ -170,21 +157,9 @@ TEST(IncrementalSettings, TheDefaultsAreTheDocumentedOnes)
 // Every field with a value of its own.
 void fill(VOZIncrementalSettings & s)
 {
-    double value = 1.5;
-    for (double VOZIncrementalSettings::*field :
-         {&VOZIncrementalSettings::m_dPunchAcceleration, &VOZIncrementalSettings::m_dPunchVelocityFlagSet,
-          &VOZIncrementalSettings::m_dPunchVelocityFlagClear, &VOZIncrementalSettings::m_dStrokeThreshold,
-          &VOZIncrementalSettings::m_dAdaptSizeFactor, &VOZIncrementalSettings::m_dAdaptEnergyFactor,
-          &VOZIncrementalSettings::m_dAdaptThicknessFactor, &VOZIncrementalSettings::m_dDT2MSFactor,
-          &VOZIncrementalSettings::m_dBinderGapFactor, &VOZIncrementalSettings::m_dBinderAccelFactor})
-        s.*field = value++;
-    int number = 101;
-    for (int VOZIncrementalSettings::*field :
-         {&VOZIncrementalSettings::m_nIntegrationPoints, &VOZIncrementalSettings::m_nSpareSetting,
-          &VOZIncrementalSettings::m_nAdaptivityLevel, &VOZIncrementalSettings::m_nAdaptivePasses,
-          &VOZIncrementalSettings::m_nIadpn90, &VOZIncrementalSettings::m_nHourglassType})
-        s.*field = number++;
-    s.m_bSmoothContact = true;
+    int value = 101;
+    for (settingsnumbers::Field const & field : settingsnumbers::fields())
+        std::visit([&](auto member) { s.*member = static_cast<std::decay_t<decltype(s.*member)>>(value++); }, field);
     s.m_strName = VOZString("filled");
     double const positions[] = {0.0, 33.0, 100.0};
     s.SetOutputPositions(3, positions);
@@ -193,26 +168,7 @@ void fill(VOZIncrementalSettings & s)
 void expectEqual(VOZIncrementalSettings const & a, VOZIncrementalSettings const & b)
 {
     EXPECT_EQ(a.m_strName.SortCompare(b.m_strName), 0);
-    EXPECT_EQ(a.m_nIntegrationPoints, b.m_nIntegrationPoints);
-    EXPECT_EQ(a.m_nSpareSetting, b.m_nSpareSetting);
-    EXPECT_EQ(a.m_dPunchAcceleration, b.m_dPunchAcceleration);
-    EXPECT_EQ(a.m_dPunchVelocityFlagSet, b.m_dPunchVelocityFlagSet);
-    EXPECT_EQ(a.m_dPunchVelocityFlagClear, b.m_dPunchVelocityFlagClear);
-    EXPECT_EQ(a.m_nAdaptivityLevel, b.m_nAdaptivityLevel);
-    EXPECT_EQ(a.m_nAdaptivePasses, b.m_nAdaptivePasses);
-    EXPECT_EQ(a.m_dStrokeThreshold, b.m_dStrokeThreshold);
-    EXPECT_EQ(a.m_dAdaptSizeFactor, b.m_dAdaptSizeFactor);
-    EXPECT_EQ(a.m_nIadpn90, b.m_nIadpn90);
-    EXPECT_EQ(a.m_dAdaptEnergyFactor, b.m_dAdaptEnergyFactor);
-    EXPECT_EQ(a.m_dAdaptThicknessFactor, b.m_dAdaptThicknessFactor);
-    EXPECT_EQ(a.m_dDT2MSFactor, b.m_dDT2MSFactor);
-    EXPECT_EQ(a.m_dBinderGapFactor, b.m_dBinderGapFactor);
-    EXPECT_EQ(a.m_dBinderAccelFactor, b.m_dBinderAccelFactor);
-    EXPECT_EQ(a.m_bSmoothContact, b.m_bSmoothContact);
-    EXPECT_EQ(a.m_nHourglassType, b.m_nHourglassType);
-    ASSERT_EQ(a.m_nOutputPoints, b.m_nOutputPoints);
-    for (int i = 0; i < a.m_nOutputPoints; ++i)
-        EXPECT_EQ(a.m_padOutputPositions[i], b.m_padOutputPositions[i]);
+    EXPECT_EQ(numbersOf(a), numbersOf(b));
 }
 
 TEST(IncrementalSettings, CopiesAreWholeAndDeep)

@@ -6,6 +6,10 @@
 // overlap and stay below 10000000; SetPartName, which is appended to the working path as it stands; SetTemplate, the
 // name of the settings; "|mode|" 2 shortens the stroke by one thickness, tool mode 1 offsets punch and binder by one.
 //
+// Pads are read from the whole arrays of the process (pressPadSize, pressPadVal, pressPadXYZ), entries 0 .. n - 1:
+// number of points, pressure in pascal, outline of 3 doubles per point in mm. Bead lines are in mm, in the stamping
+// frame.
+//
 // Run changes the meshes in place: to metres, oriented, into the tipping frame. It is therefore not to be called twice
 // on the same meshes. The deck is in SI units and must be seen through to its end on one thread.
 //

@@ -1,8 +1,6 @@
 // KeywordCardsTest.cpp: what the cards of the keyword deck say, field by field, and where a card is left out.
 
-#include "FolderFixture.h"
-#include "KeywordDeck.h"
-#include "KeywordJob.h"
+#include "KeywordFixture.h"
 
 #include <gmock/gmock.h>
 
@@ -16,28 +14,8 @@ using testing::Pair;
 
 namespace
 {
-class KeywordCards : public FolderFixture
+class KeywordCards : public KeywordFixture
 {
-protected:
-    KeywordCards()
-    {
-        for (char const * name : {"VOZBlank.mod", "VOZDie.mod", "VOZPunch.mod", "VOZBinder.mod"})
-            std::ofstream(folder / name, std::ios::binary) << "*NODE\n*END\n";
-    }
-    Deck deck() const
-    {
-        EXPECT_EQ(Driver(numbers).write(), 0);
-        return Deck("inputls.dyn");
-    }
-    std::vector<std::string> reported() const
-    {
-        std::vector<std::string> texts;
-        for (auto const & report : host.reports)
-            texts.push_back(report.text);
-        return texts;
-    }
-
-    Numbers numbers;
 };
 
 // The card with that number in that field.
@@ -47,22 +25,6 @@ Card const & withNumber(std::vector<Block const *> const & blocks, std::size_t c
         if (block->card(card).integer(field) == id)
             return block->card(card);
     throw std::runtime_error("there is no card with " + field + " " + std::to_string(id));
-}
-
-std::vector<int> integers(Card const & card, std::vector<std::string> const & fields)
-{
-    std::vector<int> values;
-    for (std::string const & field : fields)
-        values.push_back(card.integer(field));
-    return values;
-}
-
-std::vector<double> reals(Card const & card, std::vector<std::string> const & fields)
-{
-    std::vector<double> values;
-    for (std::string const & field : fields)
-        values.push_back(card.real(field));
-    return values;
 }
 
 // Tells which blocks were asked for.
@@ -130,20 +92,21 @@ TEST_F(KeywordCards, ControlCardsStandInTheirColumns)
     Deck const deck = this->deck();
     EXPECT_EQ(deck.one("CONTROL_TERMINATION").card(0).real("ENDTIM"), 0.0215);
     Block const & step = deck.one("CONTROL_TIMESTEP");
-    EXPECT_THAT(reals(step.card(0), {"DTINIT", "TSSFAC", "ISDO", "TSLIMT", "DT2MS"}),
+    EXPECT_THAT(step.card(0).reals({"DTINIT", "TSSFAC", "ISDO", "TSLIMT", "DT2MS"}),
                 ElementsAre(0.0, 0.9, 0.0, 0.0, -1.25e-7));
     EXPECT_TRUE(step.card(0).blank("LCTM"));
     EXPECT_EQ(step.card(1).integer("IMSCL"), 1);
     EXPECT_EQ(deck.one("CONTROL_HOURGLASS").card(0).integer("IHQ"), 4);
-    EXPECT_THAT(integers(deck.one("CONTROL_SHELL").card(0), {"ESORT", "IRNXX", "ISTUPD", "THEORY"}),
+    EXPECT_THAT(deck.one("CONTROL_SHELL").card(0).reals({"ESORT", "IRNXX", "ISTUPD", "THEORY"}),
                 ElementsAre(1, 0, 1, 0));
-    EXPECT_THAT(reals(deck.one("CONTROL_CONTACT").card(0),
-                      {"SLSFAC", "RWPNAL", "ISLCHK", "SHLTHK", "PENOPT", "THKCHG", "ORIEN", "ENMASS"}),
+    EXPECT_THAT(deck.one("CONTROL_CONTACT")
+                    .card(0)
+                    .reals({"SLSFAC", "RWPNAL", "ISLCHK", "SHLTHK", "PENOPT", "THKCHG", "ORIEN", "ENMASS"}),
                 ElementsAre(0.1, 0.0, 2.0, 1.0, 4.0, 0.0, 1.0, 0.0));
     EXPECT_EQ(deck.one("CONTROL_CONTACT").card(1).integer("NSBCS"), 10);
-    EXPECT_THAT(integers(deck.one("CONTROL_ENERGY").card(0), {"HGEN", "RWEN", "SLNTEN"}), ElementsAre(2, 1, 2));
+    EXPECT_THAT(deck.one("CONTROL_ENERGY").card(0).reals({"HGEN", "RWEN", "SLNTEN"}), ElementsAre(2, 1, 2));
     EXPECT_EQ(deck.one("CONTROL_OUTPUT").card(0).integer("NPOPT"), 1);
-    EXPECT_THAT(reals(deck.one("CONTROL_BULK_VISCOSITY").card(0), {"Q1", "Q2", "TYPE"}), ElementsAre(1.5, 0.06, -1.0));
+    EXPECT_THAT(deck.one("CONTROL_BULK_VISCOSITY").card(0).reals({"Q1", "Q2", "TYPE"}), ElementsAre(1.5, 0.06, -1.0));
     EXPECT_EQ(deck.one("INTERFACE_SPRINGBACK_DYNA3D").card(0).integer("PSID"), 5);
 }
 
@@ -152,8 +115,8 @@ TEST_F(KeywordCards, OutputCardsStandInTheirColumns)
     numbers.outputTimes = {0.001, 0.007, 0.02};
     Deck const deck = this->deck();
     Block const & extent = deck.one("DATABASE_EXTENT_BINARY");
-    EXPECT_THAT(integers(extent.card(0), {"NEIPS", "MAXINT", "STRFLG", "SIGFLG"}), ElementsAre(0, 5, 1, 0));
-    EXPECT_THAT(integers(extent.card(1), {"CMPFLG", "IEVERP", "BEAMIP", "DCOMP"}), ElementsAre(0, 1, 0, 2));
+    EXPECT_THAT(extent.card(0).reals({"NEIPS", "MAXINT", "STRFLG", "SIGFLG"}), ElementsAre(0, 5, 1, 0));
+    EXPECT_THAT(extent.card(1).reals({"CMPFLG", "IEVERP", "BEAMIP", "DCOMP"}), ElementsAre(0, 1, 0, 2));
     EXPECT_EQ(deck.one("DATABASE_BINARY_D3PLOT").card(0).integer("LCDT"), 44);
     EXPECT_EQ(deck.one("DATABASE_BINARY_D3PLOT").card(1).integer("IOOPT"), 3);
     EXPECT_THAT(deck.curve(44), ElementsAre(Pair(0.0, 1.0), Pair(0.007, 2.0)));
@@ -177,12 +140,12 @@ TEST_F(KeywordCards, TheFrameStandsInItsColumns)
     Deck const deck = this->deck();
     auto const vectors = deck.all("DEFINE_VECTOR");
     std::vector<std::string> const head = {"XT", "YT", "ZT", "XH", "YH", "ZH"};
-    EXPECT_THAT(reals(withNumber(vectors, 0, "VID", 555), head), ElementsAre(0, 0, 0, 0.6, 0, -0.8));
-    EXPECT_THAT(reals(withNumber(vectors, 0, "VID", 557), head), ElementsAre(0, 0, 0, -0.6, 0, 0.8));
+    EXPECT_THAT(withNumber(vectors, 0, "VID", 555).reals(head), ElementsAre(0, 0, 0, 0.6, 0, -0.8));
+    EXPECT_THAT(withNumber(vectors, 0, "VID", 557).reals(head), ElementsAre(0, 0, 0, -0.6, 0, 0.8));
     Block const & frame = deck.one("DEFINE_COORDINATE_SYSTEM");
     EXPECT_EQ(frame.card(0).integer("CID"), 556);
-    EXPECT_THAT(reals(frame.card(0), {"XO", "YO", "ZO", "XL", "YL", "ZL"}), ElementsAre(0, 0, 0, 0.8, 0, 0.6));
-    EXPECT_THAT(reals(frame.card(1), {"XP", "YP", "ZP"}), ElementsAre(0, -1, 0));
+    EXPECT_THAT(frame.card(0).reals({"XO", "YO", "ZO", "XL", "YL", "ZL"}), ElementsAre(0, 0, 0, 0.8, 0, 0.6));
+    EXPECT_THAT(frame.card(1).reals({"XP", "YP", "ZP"}), ElementsAre(0, -1, 0));
 }
 
 TEST_F(KeywordCards, BlankCardsStandInTheirColumns)
@@ -193,20 +156,19 @@ TEST_F(KeywordCards, BlankCardsStandInTheirColumns)
     Deck const deck = this->deck();
     EXPECT_EQ(withNumber(deck.all("SET_PART_LIST"), 0, "SID", 54).integer("SID"), 54);
     EXPECT_EQ(withNumber(deck.all("SET_PART_LIST"), 1, "PID1", 51).integer("PID1"), 51);
-    EXPECT_THAT(
-        integers(withNumber(deck.all("PART"), 1, "PID", 51), {"SECID", "MID", "EOSID", "HGID", "GRAV", "ADPOPT"}),
-        ElementsAre(52, 53, 0, 0, 0, 1));
+    EXPECT_THAT(withNumber(deck.all("PART"), 1, "PID", 51).reals({"SECID", "MID", "EOSID", "HGID", "GRAV", "ADPOPT"}),
+                ElementsAre(52, 53, 0, 0, 0, 1));
     Card const & material = deck.one("MAT_TRANSVERSELY_ANISOTROPIC_ELASTIC_PLASTIC").card(0);
-    EXPECT_THAT(reals(material, {"MID", "RO", "E", "PR", "SIGY", "ETAN", "R", "HLCID"}),
+    EXPECT_THAT(material.reals({"MID", "RO", "E", "PR", "SIGY", "ETAN", "R", "HLCID"}),
                 ElementsAre(53, 7800, 2.1e11, 0.3, 1.8e8, 2.1e11, 1.555, 99));
     Block const & section = *deck.all("SECTION_SHELL").front();
-    EXPECT_THAT(reals(section.card(0), {"SECID", "ELFORM", "SHRF", "NIP"}), ElementsAre(52, 2, 0.833, 5));
-    EXPECT_THAT(reals(section.card(1), {"T1", "T2", "T3", "T4"}), ElementsAre(8e-4, 8e-4, 8e-4, 8e-4));
+    EXPECT_THAT(section.card(0).reals({"SECID", "ELFORM", "SHRF", "NIP"}), ElementsAre(52, 2, 0.833, 5));
+    EXPECT_THAT(section.card(1).reals({"T1", "T2", "T3", "T4"}), ElementsAre(8e-4, 8e-4, 8e-4, 8e-4));
     Block const & adaptive = deck.one("CONTROL_ADAPTIVE");
     EXPECT_THAT(
-        reals(adaptive.card(0), {"ADPFREQ", "ADPTOL", "ADPOPT", "MAXLVL", "TBIRTH", "TDEATH", "LCADP", "IOFLAG"}),
+        adaptive.card(0).reals({"ADPFREQ", "ADPTOL", "ADPOPT", "MAXLVL", "TBIRTH", "TDEATH", "LCADP", "IOFLAG"}),
         ElementsAre(0.0021, 5, 2, 4, 0, 1e20, 0, 1));
-    EXPECT_THAT(reals(adaptive.card(1), {"ADPSIZE", "ADPASS", "IREFLG", "ADPENE", "ADPTH"}),
+    EXPECT_THAT(adaptive.card(1).reals({"ADPSIZE", "ADPASS", "IREFLG", "ADPENE", "ADPTH"}),
                 ElementsAre(0.0016, 1, 0, 0.0003, 0.0004));
     EXPECT_EQ(adaptive.card(2).integer("IADPN90"), 7);
 }
@@ -219,24 +181,24 @@ TEST_F(KeywordCards, ToolCardsStandInTheirColumns)
     numbers.offsetBinder = -0.0008;
     Deck const deck = this->deck();
     Block const & material = *deck.all("MAT_RIGID").back();
-    EXPECT_THAT(reals(material.card(0), {"MID", "RO", "E", "PR"}), ElementsAre(33, 78000, 2.1e11, 0.3));
-    EXPECT_THAT(reals(material.card(1), {"CMO", "CON1", "CON2"}), ElementsAre(-1, 556, 110111));
+    EXPECT_THAT(material.card(0).reals({"MID", "RO", "E", "PR"}), ElementsAre(33, 78000, 2.1e11, 0.3));
+    EXPECT_THAT(material.card(1).reals({"CMO", "CON1", "CON2"}), ElementsAre(-1, 556, 110111));
     EXPECT_EQ(material.card(2).integer("LCO"), 556);
     EXPECT_EQ(deck.all("MAT_RIGID").front()->card(1).integer("CON2"), 111111); // the die stands
     Block const & section = *deck.all("SECTION_SHELL").back();
-    EXPECT_THAT(reals(section.card(0), {"SECID", "ELFORM", "SHRF", "NIP"}), ElementsAre(32, 2, 1, 3));
+    EXPECT_THAT(section.card(0).reals({"SECID", "ELFORM", "SHRF", "NIP"}), ElementsAre(32, 2, 1, 3));
     EXPECT_EQ(section.card(1).real("T4"), 8e-4); // the sheet's
     Block const & contact = *deck.all("CONTACT_FORMING_ONE_WAY_SURFACE_TO_SURFACE").back();
-    EXPECT_THAT(integers(contact.card(0), {"SSID", "MSID", "SSTYP", "MSTYP", "SBOXID", "MBOXID", "SPR", "MPR"}),
+    EXPECT_THAT(contact.card(0).reals({"SSID", "MSID", "SSTYP", "MSTYP", "SBOXID", "MBOXID", "SPR", "MPR"}),
                 ElementsAre(5, 31, 3, 3, 0, 0, 1, 1));
-    EXPECT_THAT(reals(contact.card(1), {"FS", "FD", "DC", "VC", "VDC"}), ElementsAre(0.11, 0, 0, 0, 20));
-    EXPECT_THAT(reals(contact.card(2), {"SFS", "SFM", "SST", "MST"}), ElementsAre(0, 0, 0, -0.0016));
+    EXPECT_THAT(contact.card(1).reals({"FS", "FD", "DC", "VC", "VDC"}), ElementsAre(0.11, 0, 0, 0, 20));
+    EXPECT_THAT(contact.card(2).reals({"SFS", "SFM", "SST", "MST"}), ElementsAre(0, 0, 0, -0.0016));
     EXPECT_TRUE(contact.card(3).line().empty());
-    EXPECT_THAT(integers(contact.card(4), {"PENMAX", "THKOPT", "SHLTHK", "SNLOG"}), ElementsAre(0, 0, 1, 1));
-    EXPECT_THAT(reals(deck.one("BOUNDARY_PRESCRIBED_MOTION_RIGID_LOCAL").card(0),
-                      {"TYPEID", "DOF", "VAD", "LCID", "SF", "VID"}),
-                ElementsAre(2, 3, 0, 100, 1, 555));
-    EXPECT_THAT(reals(deck.one("LOAD_RIGID_BODY").card(0), {"PID", "DOF", "LCID", "SF", "CID"}),
+    EXPECT_THAT(contact.card(4).reals({"PENMAX", "THKOPT", "SHLTHK", "SNLOG"}), ElementsAre(0, 0, 1, 1));
+    EXPECT_THAT(
+        deck.one("BOUNDARY_PRESCRIBED_MOTION_RIGID_LOCAL").card(0).reals({"TYPEID", "DOF", "VAD", "LCID", "SF", "VID"}),
+        ElementsAre(2, 3, 0, 100, 1, 555));
+    EXPECT_THAT(deck.one("LOAD_RIGID_BODY").card(0).reals({"PID", "DOF", "LCID", "SF", "CID"}),
                 ElementsAre(31, 3, 101, 1, 556));
     EXPECT_THAT(deck.curve(101), ElementsAre(Pair(0, 0), Pair(numbers.closeTime, 2e5), Pair(0.021, 2e5)));
 }

@@ -1,9 +1,7 @@
 // KeywordPadsAndBeadsTest.cpp: pressure pads and draw beads of the keyword deck.
 
 #include "DeckJobs.h"
-#include "FolderFixture.h"
-#include "KeywordDeck.h"
-#include "KeywordJob.h"
+#include "KeywordFixture.h"
 
 #include <gmock/gmock.h>
 
@@ -41,34 +39,9 @@ public:
     }
 };
 
-class KeywordPadsAndBeads : public FolderFixture
+class KeywordPadsAndBeads : public KeywordFixture
 {
-protected:
-    Deck deck() const
-    {
-        for (char const * name : {"VOZBlank.mod", "VOZDie.mod", "VOZPunch.mod"})
-            std::ofstream(folder / name, std::ios::binary) << "*NODE\n*END\n";
-        EXPECT_EQ(Driver(numbers).write(), 0);
-        return Deck("inputls.dyn");
-    }
-    std::vector<std::string> reported() const
-    {
-        std::vector<std::string> texts;
-        for (auto const & report : host.reports)
-            texts.push_back(report.text);
-        return texts;
-    }
-
-    Numbers numbers;
 };
-
-std::vector<double> reals(Card const & card, std::vector<std::string> const & fields)
-{
-    std::vector<double> values;
-    for (std::string const & field : fields)
-        values.push_back(card.real(field));
-    return values;
-}
 
 std::vector<double> const kTriangle = {0, 0, 0, 100, 0, 5, 0, 100, 9};
 } // namespace
@@ -80,8 +53,8 @@ TEST_F(KeywordPadsAndBeads, PadCardsStandInTheirColumns)
     auto const masks = deck.all("LOAD_MASK");
     ASSERT_EQ(masks.size(), 2U);
     std::vector<std::string> const fields = {"PID", "LCID", "VID1", "OFF", "BOXID", "LCIDM", "VID2", "INOUT"};
-    EXPECT_THAT(reals(masks[0]->card(0), fields), ElementsAre(5, 800, 555, 0, 0, 801, 555, 0));
-    EXPECT_THAT(reals(masks[1]->card(0), fields), ElementsAre(5, 803, 555, 0, 0, 804, 555, 0));
+    EXPECT_THAT(masks[0]->card(0).reals(fields), ElementsAre(5, 800, 555, 0, 0, 801, 555, 0));
+    EXPECT_THAT(masks[1]->card(0).reals(fields), ElementsAre(5, 803, 555, 0, 0, 804, 555, 0));
     EXPECT_EQ(masks[0]->card(1).integer("ICYCLE"), 50);
     EXPECT_THAT(deck.curve(800), ElementsAre(Pair(0, 0), Pair(numbers.closeTime, 1.5e6), Pair(0.021, 1.5e6)));
     EXPECT_THAT(deck.curve(801), ElementsAre(Pair(0, 0), Pair(0.1, 0), Pair(0, 0.1))); // metres, z left out
@@ -89,7 +62,7 @@ TEST_F(KeywordPadsAndBeads, PadCardsStandInTheirColumns)
     for (Block const * const curve : deck.all("DEFINE_CURVE"))
         if (int const id = curve->card(0).integer("LCID"); id == 801 || id == 804)
         {
-            EXPECT_THAT(reals(curve->card(0), {"SIDR", "SFA", "SFO", "OFFA", "OFFO", "DATTYP"}),
+            EXPECT_THAT(curve->card(0).reals({"SIDR", "SFA", "SFO", "OFFA", "OFFO", "DATTYP"}),
                         ElementsAre(0, 1, 1, 0, 0, 1));
         }
 }
@@ -165,21 +138,21 @@ TEST_F(KeywordPadsAndBeads, BeadCardsStandInTheirColumns)
     Deck const deck = this->deck();
     Block const & nodes = *deck.all("NODE").front();
     ASSERT_EQ(nodes.cards.size(), 2U);
-    EXPECT_THAT(reals(nodes.card(0), {"NID", "X", "Y", "Z"}), ElementsAre(10000001, 0.001, 0.002, 0.003));
-    EXPECT_THAT(reals(nodes.card(1), {"NID", "X", "Y", "Z"}), ElementsAre(10000002, 0.0045, -0.005, 0.006));
+    EXPECT_THAT(nodes.card(0).reals({"NID", "X", "Y", "Z"}), ElementsAre(10000001, 0.001, 0.002, 0.003));
+    EXPECT_THAT(nodes.card(1).reals({"NID", "X", "Y", "Z"}), ElementsAre(10000002, 0.0045, -0.005, 0.006));
     Block const & set = deck.one("SET_NODE_LIST_GENERATE");
     EXPECT_EQ(set.card(0).integer("SID"), 11);
-    EXPECT_THAT(reals(set.card(1), {"B1BEG", "B1END"}), ElementsAre(10000001, 10000002));
-    EXPECT_THAT(reals(deck.one("CONSTRAINED_EXTRA_NODES_SET").card(0), {"PID", "NSID"}), ElementsAre(1, 11));
+    EXPECT_THAT(set.card(1).reals({"B1BEG", "B1END"}), ElementsAre(10000001, 10000002));
+    EXPECT_THAT(deck.one("CONSTRAINED_EXTRA_NODES_SET").card(0).reals({"PID", "NSID"}), ElementsAre(1, 11));
     Block const & contact = deck.one("CONTACT_DRAWBEAD");
-    EXPECT_THAT(reals(contact.card(0), {"SSID", "MSID", "SSTYP", "MSTYP", "SBOXID", "MBOXID", "SPR", "MPR"}),
+    EXPECT_THAT(contact.card(0).reals({"SSID", "MSID", "SSTYP", "MSTYP", "SBOXID", "MBOXID", "SPR", "MPR"}),
                 ElementsAre(11, 5, 4, 3, 0, 11, 1, 1));
-    EXPECT_THAT(reals(contact.card(1), {"FS", "VC", "VDC"}), ElementsAre(0.2, 0, 0));
+    EXPECT_THAT(contact.card(1).reals({"FS", "VC", "VDC"}), ElementsAre(0.2, 0, 0));
     EXPECT_EQ(contact.card(2).real("MST"), -0.0014);
-    EXPECT_THAT(reals(contact.card(3), {"LCIDRF", "LCIDNF", "DBDTH"}), ElementsAre(900, 0, 8e-4));
+    EXPECT_THAT(contact.card(3).reals({"LCIDRF", "LCIDNF", "DBDTH"}), ElementsAre(900, 0, 8e-4));
     EXPECT_EQ(contact.card(3).text("DBDTH"), "8.000E-04");
     EXPECT_THAT(deck.curve(900), ElementsAre(Pair(0, 1.2e5), Pair(8e-4, 1.2e5)));
-    EXPECT_THAT(reals(deck.one("DEFINE_BOX_DRAWBEAD").card(0), {"BOXID", "PID", "SID", "IDIR"}),
+    EXPECT_THAT(deck.one("DEFINE_BOX_DRAWBEAD").card(0).reals({"BOXID", "PID", "SID", "IDIR"}),
                 ElementsAre(11, 5, 11, 3));
 }
 
@@ -191,8 +164,8 @@ TEST_F(KeywordPadsAndBeads, BeadsNumberTheirNodesOneAfterTheOther)
     EXPECT_EQ(driver.counter(), 10000013);
     Deck const deck = this->deck();
     auto const sets = deck.all("SET_NODE_LIST_GENERATE");
-    EXPECT_THAT(reals(sets.at(0)->card(1), {"B1BEG", "B1END"}), ElementsAre(10000001, 10000005));
-    EXPECT_THAT(reals(sets.at(1)->card(1), {"B1BEG", "B1END"}), ElementsAre(10000006, 10000012));
+    EXPECT_THAT(sets.at(0)->card(1).reals({"B1BEG", "B1END"}), ElementsAre(10000001, 10000005));
+    EXPECT_THAT(sets.at(1)->card(1).reals({"B1BEG", "B1END"}), ElementsAre(10000006, 10000012));
     EXPECT_EQ(sets.at(1)->card(0).integer("SID"), 12);
 }
 
@@ -201,8 +174,8 @@ TEST_F(KeywordPadsAndBeads, ABeadWithoutPointsHasASetThatEndsAheadOfItsBegin)
     numbers.beads = {{1.0, {}}, {1.0, {1, 2, 3}}};
     Deck const deck = this->deck();
     auto const sets = deck.all("SET_NODE_LIST_GENERATE");
-    EXPECT_THAT(reals(sets.at(0)->card(1), {"B1BEG", "B1END"}), ElementsAre(10000001, 10000000));
-    EXPECT_THAT(reals(sets.at(1)->card(1), {"B1BEG", "B1END"}), ElementsAre(10000001, 10000001));
+    EXPECT_THAT(sets.at(0)->card(1).reals({"B1BEG", "B1END"}), ElementsAre(10000001, 10000000));
+    EXPECT_THAT(sets.at(1)->card(1).reals({"B1BEG", "B1END"}), ElementsAre(10000001, 10000001));
 }
 
 TEST_F(KeywordPadsAndBeads, ABeadThatIsNotThereIsReported)

@@ -66,6 +66,14 @@ public:
         return static_cast<int>(real(i_name, i_default)); // a whole number, by the check
     }
 
+    std::vector<double> reals(std::vector<std::string> const & i_names) const
+    {
+        std::vector<double> values;
+        for (std::string const & name : i_names)
+            values.push_back(real(name));
+        return values;
+    }
+
     // Throws DeckError for a field that is not what the card says.
     void check(std::string const & i_file) const
     {

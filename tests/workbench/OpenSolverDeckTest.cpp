@@ -3,8 +3,7 @@
 #include "OpenSolverDeck.h"
 
 #include "DeckJobs.h"
-#include "FolderFixture.h"
-#include "KeywordDeck.h"
+#include "KeywordFixture.h"
 #include "KeywordReference.h"
 
 #include "OutputFile.h"
@@ -30,13 +29,11 @@ namespace
 {
 using Driver = keywordjob::BasicDriver<OpenDeckSolver>;
 
-class OpenSolverDeck : public FolderFixture
+class OpenSolverDeck : public KeywordFixture
 {
 protected:
     OpenSolverDeck()
     {
-        for (char const * name : {"VOZBlank.mod", "VOZDie.mod", "VOZPunch.mod", "VOZBinder.mod"})
-            std::ofstream(folder / name, std::ios::binary) << "*NODE\n*END\n";
         numbers.binderForce = 2e5;
         numbers.pads = {{1e6, {0, 0, 0, 100, 0, 0, 0, 100, 0}}};
         numbers.beads = {{1e5, {1, 2, 3}}};
@@ -46,8 +43,6 @@ protected:
         Driver(numbers).WriteOpenDeck();
         return Deck("inputls_open.dyn");
     }
-
-    Numbers numbers;
 };
 
 std::set<std::string> keywords(Deck const & deck)
@@ -58,13 +53,6 @@ std::set<std::string> keywords(Deck const & deck)
     return found;
 }
 
-std::vector<double> reals(Card const & card, std::vector<std::string> const & fields)
-{
-    std::vector<double> values;
-    for (std::string const & field : fields)
-        values.push_back(card.real(field));
-    return values;
-}
 } // namespace
 
 TEST_F(OpenSolverDeck, LeavesTheFormingDeckAsItIs)
@@ -123,7 +111,7 @@ TEST_F(OpenSolverDeck, ControlCardsStandInTheirColumns)
     EXPECT_EQ(deck.one("CONTROL_TERMINATION").card(0).real("ENDTIM"), 0.021);
     Block const & step = deck.one("CONTROL_TIMESTEP");
     EXPECT_EQ(step.cards.size(), 1U);
-    EXPECT_THAT(reals(step.card(0), {"DTINIT", "TSSFAC", "DT2MS"}), ElementsAre(0, 0.9, -1.5e-7));
+    EXPECT_THAT(step.card(0).reals({"DTINIT", "TSSFAC", "DT2MS"}), ElementsAre(0, 0.9, -1.5e-7));
     EXPECT_EQ(deck.one("DATABASE_BINARY_D3PLOT").card(0).real("DT"), 0.0021);
     numbers.massScaling = false;
     EXPECT_TRUE(this->deck().one("CONTROL_TIMESTEP").card(0).blank("DT2MS"));
@@ -133,7 +121,7 @@ TEST_F(OpenSolverDeck, TheSheetIsIsotropicWithTheSameCurve)
 {
     Deck const deck = this->deck();
     Block const & material = deck.one("MAT_PIECEWISE_LINEAR_PLASTICITY");
-    EXPECT_THAT(reals(material.card(0), {"MID", "RO", "E", "PR", "SIGY"}), ElementsAre(5, 7800, 2.1e11, 0.3, 1.8e8));
+    EXPECT_THAT(material.card(0).reals({"MID", "RO", "E", "PR", "SIGY"}), ElementsAre(5, 7800, 2.1e11, 0.3, 1.8e8));
     EXPECT_EQ(material.card(1).integer("LCSS"), 99);
     ASSERT_EQ(Driver(numbers).write(), 0);
     EXPECT_EQ(deck.curve(99), Deck("inputls.dyn").curve(99));
@@ -149,7 +137,7 @@ TEST_F(OpenSolverDeck, ToolsStandOffTheirMeshByTheirOffset)
     Deck const deck = this->deck();
     auto const contacts = deck.all("CONTACT_AUTOMATIC_ONE_WAY_SURFACE_TO_SURFACE");
     ASSERT_EQ(contacts.size(), 3U); // die, punch, binder
-    EXPECT_THAT(reals(contacts[1]->card(0), {"SSID", "MSID", "SSTYP", "MSTYP"}), ElementsAre(5, 2, 3, 3));
+    EXPECT_THAT(contacts[1]->card(0).reals({"SSID", "MSID", "SSTYP", "MSTYP"}), ElementsAre(5, 2, 3, 3));
     EXPECT_EQ(contacts[1]->card(1).real("FS"), 0.11);
     EXPECT_EQ(contacts[1]->card(2).real("MST"), 0.0016);
     EXPECT_EQ(contacts[0]->card(2).real("MST"), 8e-6); // next to nothing, and not 0, which means the shells' thickness
@@ -160,9 +148,9 @@ TEST_F(OpenSolverDeck, PunchAndBinderMoveAlongTheStampingDirection)
 {
     Deck const deck = this->deck();
     EXPECT_THAT(
-        reals(deck.one("BOUNDARY_PRESCRIBED_MOTION_RIGID").card(0), {"TYPEID", "DOF", "VAD", "LCID", "SF", "VID"}),
+        deck.one("BOUNDARY_PRESCRIBED_MOTION_RIGID").card(0).reals({"TYPEID", "DOF", "VAD", "LCID", "SF", "VID"}),
         ElementsAre(2, 4, 0, 100, 1, 555));
-    EXPECT_THAT(reals(deck.one("LOAD_RIGID_BODY").card(0), {"PID", "DOF", "LCID", "SF", "CID"}),
+    EXPECT_THAT(deck.one("LOAD_RIGID_BODY").card(0).reals({"PID", "DOF", "LCID", "SF", "CID"}),
                 ElementsAre(3, 3, 101, 1, 556));
     for (Block const * const material : deck.all("MAT_RIGID"))
         EXPECT_EQ(material->card(1).integer("CON1"), 556);

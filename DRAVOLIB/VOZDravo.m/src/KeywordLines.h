@@ -1,4 +1,5 @@
-// KeywordLines.h: the banner lines of the keyword deck, and the check that each fills its 80 columns.
+// KeywordLines.h: the banner lines of the keyword deck, the head of its curves, and the check that each banner fills its
+// 80 columns.
 
 #ifndef KEYWORDLINES_H
 #define KEYWORDLINES_H
@@ -12,6 +13,9 @@ constexpr char kDoubleRule[]  = "$||============================================
 constexpr char kSingleRule[]  = "$||-----------------------------------------------------------------------------";
 constexpr char kEmptyBanner[] = "$||                                                                           ||";
 constexpr char kComment[]     = "$";
+
+constexpr char kCurveKeyword[] = "*DEFINE_CURVE";
+constexpr char kCurveFields[]  = "$     LCID      SIDR      SCLA      SCLO      OFFA      OFFO";
 // clang-format on
 
 // Whether the banner lines of a table, which begin with "$|", have 80 characters each.

@@ -22,8 +22,7 @@ namespace
 constexpr double kThinningTolerance = 0.01; // of the outline's size
 
 // clang-format off
-constexpr char kCurveKeyword[] = "*DEFINE_CURVE";
-constexpr char kTenBlanks[]    = "          ";
+constexpr char kTenBlanks[] = "          ";
 
 constexpr char const * kPadTitle[] = {
     kComment,
@@ -58,7 +57,7 @@ constexpr char const * kPadPressure[] = {
     kSingleRule,
     kComment,
     kCurveKeyword,
-    "$     LCID      SIDR      SCLA      SCLO      OFFA      OFFO",
+    kCurveFields,
 };
 constexpr char kPadColumns[] = "$        TIME IN SEC      PRESSURE IN Pa";
 constexpr char const * kPadBoundary[] = {

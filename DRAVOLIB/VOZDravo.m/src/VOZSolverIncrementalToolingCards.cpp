@@ -21,8 +21,6 @@ constexpr char kPartHeading[]  = "$HEADING";
 constexpr char kPartFields[]   = "$      PID     SECID       MID     EOSID      HGID      GRAV    ADPOPT";
 constexpr char kShellKeyword[] = "*SECTION_SHELL";
 constexpr char kShellFields[]  = "$      SID    ELFORM      SHRF       NIP     PROPT   QR/IRID     ICOMP";
-constexpr char kCurveKeyword[] = "*DEFINE_CURVE";
-constexpr char kCurveFields[]  = "$     LCID      SIDR      SCLA      SCLO      OFFA      OFFO";
 constexpr char kCurveColumns[] = "$                 A1                  O1";
 
 constexpr char const * kBlankHeading[] = {

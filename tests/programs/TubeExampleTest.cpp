@@ -12,15 +12,20 @@
 #include "JobModel.h"
 #include "KernelRoute.h"
 #include "MeshFile.h"
+#include "OutcomeAnalysis.h"
 #include "Route.h"
+#include "Run.h"
 
 #include "surfaces/Surfaces.h"
 
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <numbers>
 
 namespace voz::workbench
@@ -239,6 +244,44 @@ TEST_F(TubeExample, WrappedBackItIsACylinder)
         double const turned = std::remainder(std::atan2(y, z) - before, 2.0 * std::numbers::pi);
         ASSERT_NEAR(turned, 0.0, 5e-3) << "no node goes round the tube: " << n;
     }
+}
+
+TEST_F(TubeExample, ARunShowsTheSeamAndTellsTheTube)
+{
+    RunOptions options;
+    options.out = mFolder.string();
+    RunObserver observer;
+    RunRecord const record = RunJob(mJob, options, observer);
+    nlohmann::json const summary = SummaryJson(record);
+    EXPECT_NEAR(summary["tube"]["radius_mm"].get<double>(), 30.0, 1e-6);
+    EXPECT_EQ(summary["tube"]["seam_nodes"], 65);
+    EXPECT_TRUE(summary["punch_force_N"].is_null()) << "no punch forms it";
+    EXPECT_TRUE(summary["blank"]["model_crossings"].empty());
+    std::ifstream file(fs::path(record.folder) / "report.html");
+    std::string const page((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+    std::size_t const section = page.find("<section id=\"tube\">");
+    ASSERT_NE(section, std::string::npos);
+    EXPECT_NE(page.find("<polyline points=", section), std::string::npos) << "the seam";
+    EXPECT_EQ(page.find("<section id=\"forces\">"), std::string::npos);
+    EXPECT_TRUE(fs::exists(fs::path(record.folder) / "tube.vtu"));
+    Job const locked = ReadJob((fs::path(record.folder) / "job.lock.toml").string());
+    ASSERT_TRUE(locked.tube.has_value());
+    EXPECT_EQ(locked.tube->cut, mJob.tube->cut);
+}
+
+TEST_F(TubeExample, AZoneAcrossTheSeamIsOne)
+{
+    Outcome outcome = Run();
+    for (NodeOutcome & node : outcome.nodes)
+        node.safety = 2;
+    int const ring = 32 * 48; // the middle: nodes all round, the seam's first
+    for (int j = 0; j < 48; ++j)
+        outcome.nodes[static_cast<std::size_t>(ring + j)].safety = 0;
+    AnalyseOutcome(outcome);
+    ASSERT_EQ(outcome.zones.size(), 1U);
+    EXPECT_EQ(outcome.zones[0].nodes.size(), 48U);
+    EXPECT_EQ(outcome.zones[0].place, ZonePlace::Interior) << "the seam is no edge";
+    EXPECT_NEAR(outcome.zones[0].area, 2.0 * std::numbers::pi * 42.0 * 2.5, 0.02 * 660.0);
 }
 
 TEST_F(TubeExample, OneEndOrThreeIsNoTube)

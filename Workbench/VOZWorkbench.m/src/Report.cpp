@@ -98,7 +98,7 @@ std::string head(Outcome const & outcome)
                                         {"zones", "Zones", true},
                                         {"tube", "Tube", outcome.tube.has_value()},
                                         {"blank", "Blank", true},
-                                        {"forces", "Forces", true},
+                                        {"forces", "Forces", !outcome.tube.has_value()},
                                         {"springback", "Springback", outcome.springback.has_value()},
                                         {"tipping", "Tipping", true},
                                         {"checks", "Checks", true},
@@ -127,7 +127,8 @@ std::string summary(Outcome const & outcome)
     for (int code = -1; code <= 4; ++code)
         if (code >= 0 || share(outcome, code) > 0.0)
             add(std::string("Elements: ") + SafetyName(code), percent(share(outcome, code)));
-    add("Punch force", Fixed(s.punchForce / 1000.0, 2) + " kN");
+    if (!outcome.tube) // no punch forms it
+        add("Punch force", Fixed(s.punchForce / 1000.0, 2) + " kN");
     if (outcome.springback)
         add("Largest deviation after springback", Fixed(outcome.springback->Figures().largest, 3) + " mm");
     add("Undercut elements", std::to_string(s.undercutElements) + " (up to " + Fixed(s.undercutAngle, 2) + " degrees)");
@@ -209,6 +210,8 @@ std::string blank(Outcome const & outcome)
 
 std::string forces(Outcome const & outcome)
 {
+    if (outcome.tube)
+        return "";
     OutcomeSummary const & s = outcome.summary;
     HtmlTable table{"Forces at the end of the stroke", {}, {}};
     table.rows.push_back({"Punch force of the model", Fixed(s.punchForce / 1000.0, 2) + " kN"});

@@ -223,7 +223,11 @@ std::string SummaryText(RunRecord const & i_record)
             zones += (zones.empty() ? "" : ", ") + Fixed(100.0 * Share(summary, zone.code), 1) + " % " + zone.text;
     Row(text, "Elements", zones);
     Row(text, "Forming", Verdict(summary));
-    Row(text, "Punch force", Fixed(factor * summary.punchForce / 1000.0, 2) + " kN");
+    if (outcome.tube)
+        Row(text, "Tube",
+            "radius " + Fixed(outcome.tube->radius, 2) + " mm, length " + Fixed(outcome.tube->length, 2) + " mm");
+    else
+        Row(text, "Punch force", Fixed(factor * summary.punchForce / 1000.0, 2) + " kN");
     if (outcome.springback)
         Row(text, "Springback", SpringbackText(*outcome.springback));
     Row(text, "Undercuts",
@@ -279,11 +283,14 @@ nlohmann::json SummaryJson(RunRecord const & i_record)
         json["strains"]["bottom"] = StrainsOf(outcome.bottom);
     }
     if (outcome.tube)
+    {
+        json["punch_force_N"] = json["model_punch_force_N"] = nullptr; // no punch forms it
         json["tube"] = {{"radius_mm", Rounded(outcome.tube->radius)},
                         {"length_mm", Rounded(outcome.tube->length)},
                         {"area_mm2", Rounded(outcome.tube->area)},
                         {"seam_gap_mm", Rounded(outcome.tube->gap)},
                         {"seam_nodes", outcome.tube->seam.size()}};
+    }
     if (outcome.springback)
         json["springback"] = SpringbackOf(i_record);
     for (ZoneName const & zone : kZones)

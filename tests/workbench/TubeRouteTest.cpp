@@ -1,4 +1,4 @@
-// TubeExampleTest.cpp. The bulged tube from end to end, against the membrane of revolution.
+// TubeRouteTest.cpp. The bulged tube of the examples, against the membrane of revolution.
 //
 // With free ends the meridional force is 0 there; along the meridian s the forces per length balance,
 //

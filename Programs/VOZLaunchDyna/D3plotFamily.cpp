@@ -79,7 +79,7 @@ void addFile(std::vector<FamilyRoot> & io_roots, MemberName const & member, std:
 }
 } // namespace
 
-std::vector<FamilyRoot> FindFamily(std::filesystem::path const & i_folder, std::vector<std::string> & o_notes)
+std::vector<FamilyRoot> FindRoots(std::filesystem::path const & i_folder)
 {
     std::vector<FamilyRoot> roots;
     std::error_code error;
@@ -91,6 +91,12 @@ std::vector<FamilyRoot> FindFamily(std::filesystem::path const & i_folder, std::
     for (FamilyRoot & root : roots)
         std::sort(root.files.begin(), root.files.end(),
                   [](auto const & a, auto const & b) { return a.number < b.number; });
+    return roots;
+}
+
+std::vector<FamilyRoot> FindFamily(std::filesystem::path const & i_folder, std::vector<std::string> & o_notes)
+{
+    std::vector<FamilyRoot> roots = FindRoots(i_folder);
     std::erase_if(roots,
                   [&](FamilyRoot const & root)
                   {

@@ -46,8 +46,10 @@ struct FamilyRoot
     std::vector<FamilyFile> files;
 };
 
-// The roots of the folder in the order of the run, each with its files ascending; empty if there is no "d3plot". A root
-// whose first file is missing is left out, with a line in o_notes.
+// The roots of the folder in the order of the run, each with its files ascending.
+std::vector<FamilyRoot> FindRoots(std::filesystem::path const & i_folder);
+
+// The same without those whose first file is missing, with a line in o_notes for each.
 std::vector<FamilyRoot> FindFamily(std::filesystem::path const & i_folder, std::vector<std::string> & o_notes);
 
 // A word of a root: file and word in it, both from 0.

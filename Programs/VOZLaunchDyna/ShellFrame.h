@@ -73,10 +73,10 @@ inline std::array<float, 3> MembranePart(ShellFrame const & i_frame, float const
         return {xx * v[0] + xy * v[1] + zx * v[2], xy * v[0] + yy * v[1] + yz * v[2],
                 zx * v[0] + yz * v[1] + zz * v[2]};
     };
-    Row3 const onX = applied(i_frame.x);
-    Row3 const onY = applied(i_frame.y);
-    return {static_cast<float>(Dot(i_frame.x, onX)), static_cast<float>(Dot(i_frame.y, onY)),
-            static_cast<float>(2.0 * Dot(i_frame.x, onY))};
+    Row3 const alongX = applied(i_frame.x);
+    Row3 const alongY = applied(i_frame.y);
+    return {static_cast<float>(Dot(i_frame.x, alongX)), static_cast<float>(Dot(i_frame.y, alongY)),
+            static_cast<float>(2.0 * Dot(i_frame.x, alongY))};
 }
 
 // The equivalent stress of von Mises; the axes do not matter.

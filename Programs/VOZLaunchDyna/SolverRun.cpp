@@ -20,6 +20,7 @@ constexpr unsigned int kEnded = 0;
 constexpr unsigned int kTimeout = 0x102;
 constexpr std::streamoff kTail = 8192; // of the log
 constexpr std::size_t kLastWords = 300;
+constexpr char kErrorTermination[] = "E r r o r t e r m i n a t i o n"; // as it stands in one line
 
 std::string tailOf(std::filesystem::path const & path)
 {
@@ -35,8 +36,8 @@ std::string tailOf(std::filesystem::path const & path)
     return text;
 }
 
-// The end of a text in one line: runs of blanks and line ends become a blank.
-std::string lastWords(std::string const & text)
+// In one line: runs of blanks and line ends become a blank.
+std::string inOneLine(std::string const & text)
 {
     std::string words;
     for (char const c : text)
@@ -49,7 +50,7 @@ std::string lastWords(std::string const & text)
     }
     while (!words.empty() && words.back() == ' ')
         words.pop_back();
-    return words.size() <= kLastWords ? words : "..." + words.substr(words.size() - kLastWords);
+    return words;
 }
 
 bool start(Solver const & solver, std::filesystem::path const & folder, VOZProcess::Information & o_child)
@@ -85,8 +86,7 @@ double TimeInLog(std::string const & i_text)
 void RemoveOldResults(std::filesystem::path const & i_folder)
 {
     std::error_code ignored;
-    std::vector<std::string> notes;
-    for (FamilyRoot const & root : FindFamily(i_folder, notes))
+    for (FamilyRoot const & root : FindRoots(i_folder))
         for (FamilyFile const & file : root.files)
             std::filesystem::remove(file.path, ignored);
     for (char const * name : {kRecordsFile, kRecordsUnderWay})
@@ -112,7 +112,10 @@ SolverEnd RunSolver(Solver const & i_solver, std::filesystem::path const & i_fol
         end.code = static_cast<unsigned int>(-1);
     VOZProcess::CloseHandle(child.hProcess);
     VOZProcess::CloseHandle(child.hThread);
-    end.lastWords = lastWords(tailOf(i_folder / kLog));
+    end.lastWords = inOneLine(tailOf(i_folder / kLog));
+    end.saysError = end.lastWords.find(kErrorTermination) != std::string::npos;
+    if (end.lastWords.size() > kLastWords)
+        end.lastWords.replace(0, end.lastWords.size() - kLastWords, "...");
     return end;
 }
 } // namespace voz::launch

@@ -17,9 +17,8 @@ struct SolverEnd
 {
     bool hasStarted = false;
     unsigned int code = 0;
-    std::string lastWords; // of the log, one line
-
-    bool IsGood() const { return hasStarted && code == 0; }
+    bool saysError = false; // the log ends with an error termination, whatever the code is
+    std::string lastWords;  // of the log, one line
 };
 
 // Runs the solver with "i=inputls.dyn" in the folder and waits. i_progress is called now and then with the simulated

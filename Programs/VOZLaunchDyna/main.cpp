@@ -40,9 +40,6 @@ converted), 5 output.voz not written, 1 a fault of the program.
 Example: VOZLaunchDyna "C:\work\part" 10
 )";
 
-constexpr char kErrorTermination[] =
-    "E r r o r t e r m i n a t i o n"; // what the solver says, its blanks drawn together
-
 // Both ways to be heard: the status file, and the error stream where there is one.
 ExitCode end(StatusFile & io_status, LaunchState state, ExitCode code, std::string const & text)
 {
@@ -103,7 +100,7 @@ std::string complaintOf(SolverEnd const & run, Solver const & solver)
     if (run.code != 0)
         return "the solver ended with code " + std::to_string(static_cast<int>(run.code)) + " (" + kLog +
                " ends: " + run.lastWords + "); ";
-    if (run.lastWords.find(kErrorTermination) != std::string::npos)
+    if (run.saysError)
         return std::string("the solver ended with an error (") + kLog + " ends: " + run.lastWords + "); ";
     return "";
 }

@@ -74,6 +74,7 @@ TEST_F(Launcher, ARunLeavesRecordsLogAndStatus)
     folder.Write("inputls.dyn", kDeck);
     streams.Write("results", OneFile(Small(), {0.0, 0.5, 1.0}));
     folder.Write("d3plotaa", "of an earlier run");
+    folder.Write("d3plotab03", "of an earlier run, whose first file is gone");
     folder.Write("output.voz", "of an earlier run");
     EXPECT_EQ(Start(Folder() + " '\"3'", Solver("echo \"$1\"; ls; cp '" + streams.Path("results") + "' d3plot")), 0);
     EXPECT_EQ(recordsIn(folder.Read("output.voz")).size(), 3U);
@@ -97,6 +98,19 @@ TEST_F(Launcher, ASolverThatIsNoProgramIsFour)
     folder.Write("inputls.dyn", kDeck);
     EXPECT_EQ(Start(Folder() + " 3", "VOZDynaSolver='" + streams.Write("text", "no program") + "'"), 4);
     EXPECT_TRUE(Says("could not be started") || Says("ended with code")) << streams.Read("err");
+}
+
+TEST_F(Launcher, AnErrorThatTheLogTellsIsAFailureWhateverTheExitCode)
+{
+    folder.Write("inputls.dyn", kDeck);
+    streams.Write("results", OneFile(Small(), {0.0, 0.5, 1.0}));
+    std::string const times =
+        "for i in 1 2 3 4 5 6 7 8 9; do echo 'Elapsed time of something or other 12345 seconds'; done";
+    std::string const copy = "cp '" + streams.Path("results") + "' d3plot; ";
+    EXPECT_EQ(Start(Folder() + " 3", Solver(copy + "echo ' E r r o r   t e r m i n a t i o n'; " + times)), 4);
+    EXPECT_TRUE(Says("the solver ended with an error"));
+    EXPECT_TRUE(Says("3 of 3 records")) << "what is whole is there";
+    EXPECT_EQ(Start(Folder() + " 3", Solver(copy + "echo ' N o r m a l    t e r m i n a t i o n'; " + times)), 0);
 }
 
 TEST_F(Launcher, ResultsThatLieThereCanBeConvertedAlone)

@@ -36,8 +36,7 @@ private:
 class LaunchFixture : public DriverFixture
 {
 protected:
-    LaunchFixture()
-        : DriverFixture(flatSheet(kBlankColumns, 0.0)), die(flatSheet(7, 30.0)), punch(flatSheet(6, -5.0))
+    LaunchFixture() : DriverFixture(flatSheet(kBlankColumns, 0.0)), die(flatSheet(7, 30.0)), punch(flatSheet(6, -5.0))
     {
         host.environment["CATTemp"] = work.Path() + "/";
         Name(part, "VOZBlank", 0, 0);

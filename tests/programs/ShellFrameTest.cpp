@@ -1,7 +1,8 @@
-// ShellFrameTest.cpp: strains known in the plane of a shell that lies anywhere come back through the library's formulas.
+// ShellFrameTest.cpp: strains known in the plane of a shell that lies anywhere come back through the library's
+// formulas.
 
-#include "D3plotFixture.h"
 #include "ShellFrame.h"
+#include "D3plotFixture.h"
 #include "VOZSolver.h"
 
 #include <cmath>
@@ -121,8 +122,7 @@ TEST(ShellFrame, ThePrincipalStrainsAndTheirAngleComeBackThroughTheReadBacksForm
         bool const isTriangle = i % 2 == 0;
         Row3 const corners[4] = {axes.Place(0, 0), axes.Place(0.02, 0), axes.Place(0.02, 0.02 + 0.01 * slope(random)),
                                  axes.Place(0.01 * slope(random), 0.02)};
-        auto const part = MembranePart(FrameOf(corners, isTriangle),
-                                       axes.Tensor(e1, e2, -(e1 + e2), angle).data());
+        auto const part = MembranePart(FrameOf(corners, isTriangle), axes.Tensor(e1, e2, -(e1 + e2), angle).data());
         Formulas formulas;
         float major = 0.0F, minor = 0.0F;
         formulas.EvalPrincipalStrains(part[0], part[1], part[2], major, minor);

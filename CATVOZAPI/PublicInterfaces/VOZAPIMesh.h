@@ -10,7 +10,7 @@
 class ExportedByVOZAPINew VOZAPIMesh
 {
 public:
-    static VOZAPIMesh * Create();
+    static VOZAPIMesh * Create(); // null without memory
     VOZAPIMesh(VOZAPIMesh const &) = delete;
     VOZAPIMesh & operator=(VOZAPIMesh const &) = delete;
     virtual ~VOZAPIMesh();

@@ -20,6 +20,9 @@ public:
     static void ConvertCoordGlobalToLocal(double const * i_adOrigin, double const * i_adMatrix, double * io_adPoint);
 
     static double EvalLength3D(double const * i_adVector);
+    // The cross product of the two, which o_adCross may be one of.
+    static void EvalCross3D(double const * i_adFirst, double const * i_adSecond, double * o_adCross);
+    static void Normalize3D(double * io_adVector); // to the length 1; one of no length, or no finite one, stays
 
     // What normalises the polyline's size: (point - offsets) * scale lies in the unit cube, one side of which it fills.
     // The scale is 0 for no points, for points all in one place and where a coordinate is not finite; the offsets are 0

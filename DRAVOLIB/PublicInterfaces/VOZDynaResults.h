@@ -22,8 +22,8 @@ public:
     virtual ~VOZDynaResults();
 
     // The next one in place of the last one; true when it was read whole. What is missing, no count above 0, or more
-    // than there is memory for ends it there; only the latter two are broken contracts. No more memory is asked for
-    // than twice what the stream holds, whatever its counts say.
+    // than there is memory for ends it there; only the latter two are broken contracts. No array of more than
+    // 1 MB is asked for that is over twice as long as what the stream holds for it, whatever its counts say.
     bool ReadRecord(std::FILE * i_pStream);
 
     // Leaves the record with that step number in the members: 1, or 0 if it is not among the first m_nMaxRecords, or

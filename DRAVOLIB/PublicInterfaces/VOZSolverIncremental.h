@@ -1,10 +1,13 @@
 // VOZSolverIncremental.h: the route that leaves solving to an explicit solver: it writes a complete LS-DYNA keyword
 // deck into a working folder, starts the launcher, and later imports one record of the results.
 //
-// Handed over besides what every driver takes (VOZSolver.h): the four meshes in any order, told apart by their names
-// "VOZBlank", "VOZDie", "VOZPunch" and "VOZBinder" (the last may be absent), with node and element labels that do not
-// overlap and stay below 10000000; SetPartName, which is appended to the working path as it stands; SetTemplate, the
-// name of the settings; "|mode|" 2 shortens the stroke by one thickness, tool mode 1 offsets punch and binder by one.
+// Handed over besides what every driver takes (VOZSolver.h): the four meshes, told apart by their names "VOZBlank",
+// "VOZDie", "VOZPunch" and "VOZBinder" (the last may be absent), with node and element labels that do not overlap and
+// stay below 10000000; SetPartName, which is appended to the working path as it stands; SetTemplate, the name of the
+// settings; "|mode|" 2 shortens the stroke by one thickness, tool mode 1 offsets punch and binder by one.
+//
+// The meshes stand in any order, but a binder's force from a level or a force per length is taken over the outer edge
+// of the mesh at place 0: the blank is to stand there. A total force is handed over in kilonewtons.
 //
 // Pads are read from the whole arrays of the process (pressPadSize, pressPadVal, pressPadXYZ), entries 0 .. n - 1:
 // number of points, pressure in pascal, outline of 3 doubles per point in mm. Bead lines are in mm, in the stamping

@@ -167,6 +167,44 @@ struct Scale
     Vector offsets = {kNan, kNan, kNan};
 };
 
+TEST(CrossProduct, IsSquareToBothInTheOrderOfTheAxes)
+{
+    Vector cross{};
+    VOZGeoUtil::EvalCross3D(Vector{2, 0, 0}.data(), Vector{0, 3, 0}.data(), cross.data());
+    EXPECT_EQ(cross, (Vector{0, 0, 6}));
+    VOZGeoUtil::EvalCross3D(Vector{1, 2, 3}.data(), Vector{4, 5, 7}.data(), cross.data());
+    EXPECT_EQ(cross, (Vector{-1, 5, -3}));
+    Vector inPlace = {4, 5, 7};
+    VOZGeoUtil::EvalCross3D(Vector{1, 2, 3}.data(), inPlace.data(), inPlace.data());
+    EXPECT_EQ(inPlace, cross);
+}
+
+TEST(Normalizing, GivesALengthOfOneOverTheWholeRangeOfDoubles)
+{
+    for (double length : {1.0, 1e-300, 1e300, 5.0})
+    {
+        Vector vector = {3 * length, 0, -4 * length};
+        VOZGeoUtil::Normalize3D(vector.data());
+        EXPECT_NEAR(vector[0], 0.6, 1e-15);
+        EXPECT_EQ(vector[1], 0.0);
+        EXPECT_NEAR(vector[2], -0.8, 1e-15);
+    }
+}
+
+TEST(Normalizing, LeavesAVectorWithoutADirection)
+{
+    Vector none = {0, 0, 0};
+    VOZGeoUtil::Normalize3D(none.data());
+    EXPECT_EQ(none, (Vector{0, 0, 0}));
+    Vector endless = {kInf, 1, 0};
+    VOZGeoUtil::Normalize3D(endless.data());
+    EXPECT_EQ(endless, (Vector{kInf, 1, 0}));
+    Vector broken = {1, kNan, 2};
+    VOZGeoUtil::Normalize3D(broken.data());
+    EXPECT_EQ(broken[0], 1.0);
+    EXPECT_EQ(broken[2], 2.0);
+}
+
 TEST(PolylineScale, PutsThePolylineIntoTheUnitCubeAndFillsItsLongestSide)
 {
     Scale const scale({10, 2, 5, 14, 4, 5, 12, 3, 4});

@@ -318,6 +318,14 @@ TEST_F(IncrementalImport, StaysWithinItsArraysForAnyNumberOfPoints)
     earlier.pop_back();
 }
 
+TEST_F(IncrementalImport, RefusesMorePointsThanARecordCanCount)
+{
+    write(sample(9).text());
+    driver.SetNbIntegrationPoints(std::numeric_limits<int>::max() / 6 + 1); // 3 values each, of 2 elements
+    EXPECT_EQ(import(), E_FAIL);
+    EXPECT_THAT(reported(), testing::IsEmpty());
+}
+
 TEST_F(IncrementalImport, GetsByWithACutRecordThatHasItsMesh)
 {
     std::string const whole = sample(9).text();

@@ -119,6 +119,14 @@ TEST_F(MeshHandOver, MeasuresTheBlankInMetres)
     EXPECT_NEAR(driver.m_dMinBlankElementSize, 0.010, 1e-15);
 }
 
+TEST_F(MeshHandOver, TellsTheBlanksLongestEdgeFromItsShortest)
+{
+    take(blank, plate(6, 8, 0.0, 0.0, "VOZBlank")); // 20 mm x 10 mm
+    EXPECT_EQ(driver.SetMesh(), 0);
+    EXPECT_NEAR(driver.m_dMaxBlankElementSize, 0.020, 1e-15);
+    EXPECT_NEAR(driver.m_dMinBlankElementSize, 0.010, 1e-15);
+}
+
 TEST_F(MeshHandOver, TurnsTheDieDownPunchAndBinderUpAndTheBlankNever)
 {
     for (bool const isReversed : {false, true})
@@ -343,6 +351,30 @@ TEST_F(MeshHandOver, MeasuresNoStrokeWithoutTools)
     EXPECT_THAT(reported(),
                 testing::ElementsAre("i_pMesh && pAPIMesh", "i_pMesh && pAPIMesh",
                                      "dMinDistance > 0.0 && dMaxDistance > 0.0 && dMinDistance < dMaxDistance"));
+}
+
+TEST_F(MeshHandOver, MeasuresNoStrokeWithoutMemoryForTheKernelsMeshes)
+{
+    if (!FailingNew::reachesTheLibrary())
+        GTEST_SKIP();
+    ASSERT_EQ(driver.SetMesh(), 0);
+    std::string const noStroke = "dMinDistance > 0.0 && dMaxDistance > 0.0 && dMinDistance < dMaxDistance";
+    // The meshes themselves are the first and the fourth; behind each come its two tables.
+    std::vector<std::vector<std::string>> const reports = {
+        {"AssertionFailed:pMeshDie != NULL", noStroke},   {noStroke}, {noStroke},
+        {"AssertionFailed:pMeshPunch != NULL", noStroke}, {noStroke}, {noStroke}};
+    for (std::size_t i = 0; i < reports.size(); ++i)
+    {
+        host.reports.clear();
+        driver.m_dStrokeAsDZmax = 1.0;
+        FailingNew const failing(static_cast<int>(i) + 1);
+        driver.PunchStrokeAsDZmax();
+        EXPECT_TRUE(failing.refused());
+        EXPECT_EQ(reported(), reports[i]) << i;
+        EXPECT_EQ(driver.m_dStrokeAsDZmax, 0.0);
+    }
+    FailingNew const failing(1);
+    EXPECT_EQ(driver.CreateAPIMesh(&die), nullptr);
 }
 
 TEST_F(MeshHandOver, WritesBlankPunchAndDieWithTheirParts)

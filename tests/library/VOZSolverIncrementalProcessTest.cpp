@@ -186,6 +186,19 @@ TEST_F(ProcessNumbers, OutputTimesAreTheInverseOfTheVelocityCurve)
     }
 }
 
+// v = 2, a = 4: either ramp would take 0.5 m of the 0.6 m. Up to the end of the first it counts alone, then braking.
+TEST_F(ProcessNumbers, OutputTimesOfAStrokeShorterThanItsRampsBeginWithTheFirst)
+{
+    std::vector<double> const t = times(0.6, 2.0, 4.0, {0.0, 20.0, 80.0, 90.0, 100.0});
+    ASSERT_EQ(t.size(), 5U);
+    EXPECT_EQ(t[0], 0.0);
+    EXPECT_NEAR(t[1], std::sqrt(2.0 * 0.12 / 4.0), 1e-15);
+    EXPECT_NEAR(t[2], std::sqrt(2.0 * 0.48 / 4.0), 1e-15);
+    EXPECT_NEAR(t[3], 0.3 + 0.5 - std::sqrt(2.0 * 0.06 / 4.0), 1e-12);
+    EXPECT_NEAR(t[4], 0.8, 1e-7); // the root of a rounding
+    EXPECT_THAT(reported(), testing::IsEmpty());
+}
+
 // stroke * 100 / 100 may come out above the stroke by a rounding, and so may a list's last position.
 TEST_F(ProcessNumbers, OutputTimesEndWithThePunch)
 {

@@ -221,6 +221,20 @@ TEST_F(IncrementalRun, KeepsTheFirstRuleUpToAStrokeOfEightyMillimetres)
     EXPECT_EQ(driver.m_dAdaptFrequency, driver.m_dTerminationTime / 9);
 }
 
+// The punch's rim at z = 0, so that the gap is the die's height to the last bit.
+TEST_F(IncrementalRun, KeepsTheFirstRuleAtAStrokeOfJustEightyMillimetres)
+{
+    driver.m_pSettings->m_dStrokeThreshold = 0.080; // which is not exceeded either
+    int const nodes = punch.GetFirstNodeNumber();
+    int const elements = punch.GetFirstElementNumber();
+    take(punch, plate(12, 8, 0.0, 11.0, "VOZPunch"));
+    punch.IdsOffset(nodes, elements);
+    setStroke(90.0); // above the punch's usual place
+    ASSERT_EQ(run(), 0);
+    ASSERT_EQ(driver.m_dPunchStroke, 0.080);
+    EXPECT_EQ(driver.m_dAdaptFrequency, driver.m_dTerminationTime / 9);
+}
+
 TEST_F(IncrementalRun, OffsetsPunchAndBinderInToolModeOne)
 {
     ASSERT_EQ(run(0, 0, 1), 0);

@@ -1,7 +1,7 @@
 // VOZDynaResults.cpp: the records of "output.voz", front to back.
 //
-// A count is the file's word and may be anything: an array grows with what was really read, so that no more memory is
-// asked for than twice what the file holds. An array that is cut short stays null.
+// A count is the file's word and may be anything: an array begins with 1 MB and doubles with what was really read, so
+// that the file's length, not its counts, decides what memory is asked for. An array that is cut short stays null.
 
 #include "VOZDynaResults.h"
 

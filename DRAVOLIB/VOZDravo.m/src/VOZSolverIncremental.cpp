@@ -206,7 +206,8 @@ long VOZSolverIncremental::RunLSDyna()
     if (hModule == nullptr)
         return E_FAIL;
     unsigned short szModule[kModulePathSize] = {};
-    if (VOZProcess::GetModuleFileNameW(hModule, szModule, kModulePathSize) >= kModulePathSize)
+    unsigned int const nLength = VOZProcess::GetModuleFileNameW(hModule, szModule, kModulePathSize);
+    if (nLength == 0 || nLength >= kModulePathSize)
         return E_FAIL; // cut short it would be another program
     CATUnicodeString strLauncher(szModule);
     strLauncher.ReplaceSubString(kLibraryFile, kLauncherFile);

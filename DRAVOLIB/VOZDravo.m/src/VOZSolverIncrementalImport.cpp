@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <limits>
 #include <memory>
 #include <new>
 
@@ -108,6 +109,8 @@ long VOZSolverIncremental::KeepComponents(VOZDynaResults const & i_record)
 {
     int const nElems = i_record.m_nNumElements;
     int const nPoints = std::max(m_nNbIntegrationPoints, 0);
+    if (nPoints > std::numeric_limits<int>::max() / kComponents / nElems)
+        return E_FAIL; // more values than a record can count
     if (m_pSolverIOData == nullptr)
         m_pSolverIOData = new (std::nothrow) VOZSolverIOData;
     auto psMesh = std::unique_ptr<VOZBasicMeshData_s>(new (std::nothrow) VOZBasicMeshData_s);

@@ -118,7 +118,8 @@ void VOZGeoUtil::EvalLocalCoordSystemMatrix(double const * i_adVector, double * 
     if (!Normalised(i_adVector, u))
         u = {0.0, 0.0, 1.0};
     Point const a = FirstAxis(u);
-    Point const b = {u[1] * a[2] - u[2] * a[1], u[2] * a[0] - u[0] * a[2], u[0] * a[1] - u[1] * a[0]};
+    Point b{};
+    EvalCross3D(u.data(), a.data(), b.data());
     for (std::size_t i = 0; i < 3; ++i)
     {
         o_adMatrix[i] = a[i] + 0.0; // a sum with 0 leaves no -0
@@ -145,6 +146,21 @@ void VOZGeoUtil::ConvertCoordGlobalToLocal(double const * i_adOrigin, double con
 double VOZGeoUtil::EvalLength3D(double const * i_adVector)
 {
     return std::hypot(i_adVector[0], i_adVector[1], i_adVector[2]);
+}
+
+void VOZGeoUtil::EvalCross3D(double const * i_adFirst, double const * i_adSecond, double * o_adCross)
+{
+    Point const a = PointAt(i_adFirst, 0);
+    Point const b = PointAt(i_adSecond, 0);
+    for (std::size_t i = 0; i < 3; ++i)
+        o_adCross[i] = a[(i + 1) % 3] * b[(i + 2) % 3] - a[(i + 2) % 3] * b[(i + 1) % 3];
+}
+
+void VOZGeoUtil::Normalize3D(double * io_adVector)
+{
+    Point unit{};
+    if (Normalised(io_adVector, unit))
+        std::copy(unit.begin(), unit.end(), io_adVector);
 }
 
 void VOZGeoUtil::EvalScaleParametersForPolyline3D(int i_nNum, double const * i_padPoints, double & o_dScale,

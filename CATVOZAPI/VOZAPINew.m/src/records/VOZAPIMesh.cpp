@@ -8,7 +8,7 @@
 
 VOZAPIMesh * VOZAPIMesh::Create()
 {
-    return new VOZAPIMesh;
+    return new (std::nothrow) VOZAPIMesh;
 }
 
 VOZAPIMesh::VOZAPIMesh()

@@ -222,7 +222,10 @@ long ReadIncrementSettingsFromXMLDatabase(unsigned short const * i_strPath, CATU
     try
     {
         for (std::unique_ptr<Settings> & pSettings : Database(i_strPath))
-            io_apSettings.Add(pSettings.release());
+        {
+            io_apSettings.Add(pSettings.get());
+            static_cast<void>(pSettings.release()); // the list has it
+        }
         return 0;
     }
     catch (XmlDatabaseError const & error)

@@ -101,6 +101,22 @@ TEST_F(Html, IntegersAreWrittenAsText)
     EXPECT_STREQ(VOZHTML::IntToString(std::numeric_limits<int>::min()), "-2147483648");
 }
 
+// The text of a number may go straight into a builder that writes numbers of its own.
+TEST_F(Html, TheTextOfAnIntegerIsATextForEveryBuilder)
+{
+    EXPECT_EQ(
+        built([](char * b) { return VOZHTML::AddTableData(b, VOZHTML::IntToString(42), "c", "", "", 2, 3, 4, 5, ""); }),
+        "<TD CLASS=c COLSPAN=2 ROWSPAN=3 WIDTH=4 HEIGHT=5>42</TD>\n");
+    EXPECT_EQ(built([](char * b) { return VOZHTML::StartTable(b, "left", 1, 2, 3, VOZHTML::IntToString(640)); }),
+              "<TABLE align=left border=1 cellpadding=2 cellspacing=3 width=640>\n");
+    EXPECT_EQ(built([](char * b) { return VOZHTML::StartTableRow(b, "c", 12, VOZHTML::IntToString(255)); }),
+              "<TR CLASS=c HEIGHT=12 BGCOLOR=255>\n");
+    EXPECT_EQ(
+        built([](char * b) { return VOZHTML::AddImage(b, "a", 1, VOZHTML::IntToString(-7), "left", "top", 2, 3); }),
+        "<IMG SRC='a' BORDER=1 ALT='-7' ALIGN=left VALIGN=top WIDTH=2 HEIGHT=3>\n");
+    EXPECT_EQ(built([](char * b) { return VOZHTML::AsTitle(b, VOZHTML::IntToString(3)); }), "<h1>3</h1>\n");
+}
+
 TEST_F(Html, TheDefaultStyleHasARulePerClass)
 {
     EXPECT_EQ(goldentext::firstDifference(golden("style.golden"),

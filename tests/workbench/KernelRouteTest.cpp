@@ -7,6 +7,7 @@
 
 #include "surfaces/Surfaces.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <filesystem>
@@ -84,6 +85,34 @@ protected:
     }
 };
 
+// Of the angle from side 1-2, in the plane at right angles to the diagonals of a quadrilateral.
+Point3 MajorDirection(VOZCatMesh const & i_mesh, int i_elem, double i_angle)
+{
+    auto const way = [&](int i_from, int i_to)
+    {
+        Point3 d;
+        for (int c = 0; c < 3; ++c)
+            d[static_cast<std::size_t>(c)] =
+                i_mesh.node(i_mesh.elem(i_elem, i_to), c) - i_mesh.node(i_mesh.elem(i_elem, i_from), c);
+        return d;
+    };
+    auto const cross = [](Point3 const & a, Point3 const & b) {
+        return Point3{a[1] * b[2] - a[2] * b[1], a[2] * b[0] - a[0] * b[2], a[0] * b[1] - a[1] * b[0]};
+    };
+    auto const unit = [](Point3 const & a)
+    {
+        double const size = std::hypot(a[0], a[1], a[2]);
+        return Point3{a[0] / size, a[1] / size, a[2] / size};
+    };
+    Point3 const normal = unit(cross(way(0, 2), way(1, 3)));
+    Point3 const across = unit(cross(normal, way(0, 1)));
+    Point3 const along = cross(across, normal);
+    Point3 direction;
+    for (std::size_t c = 0; c < 3; ++c)
+        direction[c] = std::cos(i_angle) * along[c] + std::sin(i_angle) * across[c];
+    return direction;
+}
+
 bool Holds(std::string const & i_text, std::string const & i_part)
 {
     return i_text.find(i_part) != std::string::npos;
@@ -123,10 +152,36 @@ TEST_F(KernelRouteTest, ThreeLayersOfABentStripAreInTheirOrder)
         EXPECT_NEAR(outcome.elements[e].major, 0.0, 0.05);
         EXPECT_EQ(outcome.top[e].thickness, outcome.elements[e].thickness) << "the sheet has one thickness";
         EXPECT_EQ(outcome.top[e].stress, outcome.elements[e].stress) << "and one stress";
+        int const at = static_cast<int>(e) + 1; // the axis of the bend is along y
+        EXPECT_NEAR(MajorDirection(outcome.part, at, outcome.top[e].angle)[1], 0.0, 0.02) << e;
+        EXPECT_NEAR(std::abs(MajorDirection(outcome.part, at, outcome.bottom[e].angle)[1]), 1.0, 0.02) << e;
     }
     EXPECT_NEAR(outcome.summary.blankWidth > outcome.summary.blankHeight ? outcome.summary.blankWidth
                                                                          : outcome.summary.blankHeight,
                 12.0, 0.01);
+}
+
+// On a dome the strains are along the meridian and across it, whatever the shape of the cells.
+TEST_F(KernelRouteTest, TheStrainsOfQuadrilateralsHaveTheirDirection)
+{
+    WriteMesh(voz::examples::dome(50.0, 0.7, 2, voz::examples::Extent::Whole, voz::examples::Cells::Quads));
+    Outcome const outcome = Run(JobOf("[friction]\ncoefficient = 0\n"));
+    int seen = 0;
+    for (int e = 1; e <= outcome.part.numElem(); ++e)
+    {
+        ElementOutcome const & element = outcome.elements[static_cast<std::size_t>(e - 1)];
+        if (outcome.part.isTriangle(e) != 0 || element.major - element.minor < 0.3)
+            continue;
+        ++seen;
+        Point3 middle{};
+        for (int k = 0; k < 4; ++k)
+            for (int c = 0; c < 3; ++c)
+                middle[static_cast<std::size_t>(c)] += outcome.part.node(outcome.part.elem(e, k), c) / 4.0;
+        Point3 const direction = MajorDirection(outcome.part, e, element.angle);
+        double const hoop = (direction[1] * middle[0] - direction[0] * middle[1]) / std::hypot(middle[0], middle[1]);
+        EXPECT_LT(std::min(std::abs(hoop), 1.0 - std::abs(hoop)), 0.02) << e;
+    }
+    EXPECT_GT(seen, 50);
 }
 
 TEST_F(KernelRouteTest, TellsItsStagesAndAProgressThatNeverRunsBackwards)

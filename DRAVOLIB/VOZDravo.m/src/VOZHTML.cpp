@@ -5,11 +5,15 @@
 #include "CATFatalError.h"
 #include "CATUnicodeString.h"
 
+#include <charconv>
+#include <cstddef>
 #include <cstring>
 #include <iterator>
 
 namespace
 {
+constexpr std::size_t kIntBytes = 16; // of the longest int as text
+
 // clang-format off
 constexpr char kFont[]  = "font-family:Verdana, Geneva, Arial, Helvetica, sans-serif;\n";
 constexpr char kShade[] = "background-color: #e0e0e0;\n";
@@ -59,7 +63,12 @@ public:
         }
         return *this;
     }
-    Builder & operator<<(int i_value) { return *this << VOZHTML::IntToString(i_value); }
+    Builder & operator<<(int i_value) // not by IntToString, whose text a caller may be handing over here
+    {
+        char digits[kIntBytes];
+        *std::to_chars(digits, digits + kIntBytes - 1, i_value).ptr = '\0';
+        return *this << digits;
+    }
 
     void Attribute(char const * i_name, char const * i_value) // if there is a value
     {

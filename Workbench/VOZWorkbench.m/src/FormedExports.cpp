@@ -137,6 +137,16 @@ void writeCurve(OutputFile & file, JobMaterial const & material)
     }
 }
 
+// Plastic strain is given at the surfaces, where only the points of the Lobatto rule lie.
+constexpr char const * kShellControl =
+    "*CONTROL_SHELL\n"
+    "$ ESORT 1: triangles by an element of their own.\n"
+    "$ INTGRD 1: points in the middle and at both surfaces.\n"
+    "$   WRPANG     ESORT\n"
+    "                   1\n"
+    "$  ROTASCL    INTGRD\n"
+    "                   1\n";
+
 void writeMainDeck(Outcome const & outcome, JobMaterial const & material, bool areSeveral, std::string const & path)
 {
     OutputFile file(path);
@@ -146,7 +156,7 @@ void writeMainDeck(Outcome const & outcome, JobMaterial const & material, bool a
             "$ Loads, supports, contacts and the end of the run are to be added.\n";
     if (areSeveral)
         file << "$ The blank is of several materials; all elements have the first one here.\n";
-    file << "*KEYWORD\n*TITLE\nFORMED BLANK\n*INCLUDE\nformed.k\n*PART\nFORMED BLANK\n";
+    file << "*KEYWORD\n*TITLE\nFORMED BLANK\n" << kShellControl << "*INCLUDE\nformed.k\n*PART\nFORMED BLANK\n";
     card(kFormedPart, kFormedPart, kFormedPart);
     file << "*SECTION_SHELL\n$    SECID    ELFORM      SHRF       NIP\n";
     card(kFormedPart, 2, 0.833333, 3);

@@ -6,6 +6,7 @@
 #include "KernelRun.h"
 #include "KernelSpringback.h"
 #include "OutputFile.h"
+#include "QuadrilateralAngles.h"
 #include "Result.h"
 #include "RouteParts.h"
 #include "TubeModel.h"
@@ -100,6 +101,7 @@ void Convert(Layers const & i_layers, Outcome & io_outcome)
         }
     for (int n = 1; n <= mesh.numNode(); ++n)
         io_outcome.nodes.push_back(ConvertNode(i_layers, n, mesh, io_outcome.frame));
+    FillQuadrilateralAngles(io_outcome);
     Summarise(io_outcome);
 }
 

@@ -169,6 +169,22 @@ TEST_F(DynaResults, AreLeftOutWithoutStores)
     EXPECT_NE(readFile(path).find("*ELEMENT_SHELL \n"), std::string::npos);
 }
 
+// All three surfaces are needed.
+TEST_F(DynaResults, AreLeftOutWhereAStoreIsMissing)
+{
+    char path[] = "formed.k";
+    DYNAWriter(&mesh, nullptr, 3, path, nullptr, 3).Write();
+    std::string const plain = readFile(path);
+    for (Result *& store : stores.stores)
+    {
+        Result * const missing = std::exchange(store, nullptr);
+        DYNAWriter(&mesh, stores.stores, 3, path, nullptr, 3).Write();
+        EXPECT_EQ(firstDifference(plain, readFile(path)), "");
+        store = missing;
+    }
+    EXPECT_TRUE(host.reports.empty());
+}
+
 TEST_F(DynaResults, HaveNoThicknessLineInABlockWrittenWithoutStores)
 {
     struct ThicknessAlone : DYNAWriter

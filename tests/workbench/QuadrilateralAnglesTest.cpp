@@ -92,7 +92,7 @@ TEST(QuadrilateralAngles, FollowTheBendInTheLayers)
                                                                          static_cast<double>(row), 0.0};
     FillQuadrilateralAngles(outcome);
     for (auto const & element : outcome.elements)
-        EXPECT_EQ(element.angle, 0.0) << "no direction";
+        EXPECT_EQ(element.angle, kUnset) << "no direction";
     EXPECT_LT(between(outcome.top[0].angle, 0.0), 1e-6);
     EXPECT_LT(between(outcome.bottom[0].angle, 0.5 * kPi), 1e-6);
     EXPECT_LT(between(outcome.top[1].angle, 0.0), 1e-6) << "side 1-2 along y, top where the normal points: below";

@@ -1,6 +1,7 @@
 // FileRouteOutcome.cpp: what the file route read back, checked and turned into the workbench's one form.
 
 #include "FileRouteParts.h"
+#include "QuadrilateralAngles.h"
 #include "Quantity.h"
 #include "RouteParts.h"
 #include "TextFile.h"
@@ -254,6 +255,7 @@ void ConvertFileResult(Job const & i_job, JobModel const & i_model, Tipping cons
             ConvertElement(i_result, e, mesh.isTriangle(e) != 0, o_outcome.limit, i_job.thickness));
     for (int n = 1; n <= mesh.numNode(); ++n)
         o_outcome.nodes.push_back(ConvertNode(i_result, n, mesh, i_tipping.frame));
+    FillQuadrilateralAngles(o_outcome);
     Summarise(o_outcome);
 }
 

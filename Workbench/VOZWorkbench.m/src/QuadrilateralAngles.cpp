@@ -22,7 +22,7 @@ namespace
 constexpr double kPi = 3.14159265358979323846;
 constexpr double kGreatestBend = 0.95;                // of z K, as in the kernel
 constexpr double kNoArea = 1e-12;                     // of the flat, squared, over the fourth power of its extent
-constexpr double kSameStrain = 1e-6;                  // log strains that differ by less have no direction
+constexpr double kSameStrain = 1e-5;                  // log strains that differ by less have no direction
 constexpr double kSharpestFold = 0.5;                 // cosine: beyond it the neighbours are no part of a bend
 constexpr double kXi[4] = {-0.25, 0.25, 0.25, -0.25}; // derivatives of the N_k at the middle
 constexpr double kEta[4] = {-0.25, -0.25, 0.25, 0.25};
@@ -73,13 +73,13 @@ Tensor ofPrincipal(Tensor const & t, Function function)
     return {newMean + share * half, newMean - share * half, share * t.xy};
 }
 
-double angleOf(Tensor const & strain)
+void setAngle(Tensor const & strain, ElementOutcome & io_element)
 {
     double const difference = strain.xx - strain.yy;
     if (!(std::hypot(difference, 2.0 * strain.xy) > kSameStrain)) // NaN too
-        return 0.0;
+        return;
     double const angle = 0.5 * std::atan2(2.0 * strain.xy, difference);
-    return angle < 0.0 ? angle + kPi : angle;
+    io_element.angle = angle < 0.0 ? angle + kPi : angle;
 }
 
 // Frame and gradients at the middle.
@@ -229,11 +229,11 @@ void FillQuadrilateralAngles(Outcome & io_outcome)
         if (io_outcome.part.isTriangle(e) != 0 || !quadrilaterals.strains(e, middle, top, bottom))
             continue;
         auto const i = static_cast<std::size_t>(e - 1);
-        io_outcome.elements[i].angle = angleOf(middle);
+        setAngle(middle, io_outcome.elements[i]);
         if (!io_outcome.top.empty())
-            io_outcome.top[i].angle = angleOf(top);
+            setAngle(top, io_outcome.top[i]);
         if (!io_outcome.bottom.empty())
-            io_outcome.bottom[i].angle = angleOf(bottom);
+            setAngle(bottom, io_outcome.bottom[i]);
     }
 }
 

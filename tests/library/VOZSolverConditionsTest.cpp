@@ -12,6 +12,7 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <utility>
 
 using testing::ElementsAre;
 
@@ -219,10 +220,23 @@ TEST_F(BaseConditions, PadRowsThatAreNoElementsOrMissingAreLeftOut)
     property.setPressurePad(); // the rows are the keeper's now: only sizes and values come back
     property.setNbPressurePads(1);
     property.pressPadSize(new int[2]{0, 4});
+    delete[] std::exchange(record.m_padPressureFrictionValues, nullptr);
     EXPECT_EQ(driver.SetPressurePads(), 0);
     property.pressPadVal(new double[2]{0.0, 9e6});
     EXPECT_EQ(driver.SetPressurePads(), 0);
-    EXPECT_EQ(rowsOf(record.m_padPressureFrictionValues, 5), std::vector<double>(5));
+    EXPECT_EQ(record.m_padPressureFrictionValues, nullptr); // no rows, no elements
+}
+
+TEST_F(BaseConditions, PadsThatAreOutlinesListNoElements)
+{
+    // Their arrays are rows 0 .. n - 1; the entry behind is not to be looked at.
+    property.setNbPressurePads(1);
+    property.pressPadSize(new int[2]{3, 1000});
+    property.pressPadVal(new double[2]{9e6, 1e300});
+    EXPECT_EQ(driver.SetPressurePads(), 0);
+    EXPECT_EQ(record.m_padPressureFrictionValues, nullptr);
+    driver.m_pSolverIOData = nullptr;
+    EXPECT_EQ(driver.SetPressurePads(), 0);
 }
 
 TEST_F(BaseConditions, PadsWithoutElementsAreNone)

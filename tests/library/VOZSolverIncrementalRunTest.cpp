@@ -149,6 +149,27 @@ TEST_F(IncrementalRun, WritesItsNumbersIntoTheDeck)
     EXPECT_EQ(deck.one("CONTROL_ADAPTIVE").card(0).integer("MAXLVL"), 3);
 }
 
+TEST_F(IncrementalRun, ThePadsOfTheProcessStandInTheDeck)
+{
+    // Two outlines in arrays of two: what stands behind them is not looked at.
+    property.setNbPressurePads(2);
+    property.pressPadSize(new int[2]{3, 4});
+    property.pressPadVal(new double[2]{2.0e6, 3.0e6});
+    auto ** const outlines = new double *[2];
+    outlines[0] = new double[9]{0, 0, 0, 50, 0, 0, 0, 40, 0};
+    outlines[1] = new double[12]{60, 0, 0, 90, 0, 0, 90, 30, 0, 60, 30, 0};
+    property.pressPadXYZ(outlines);
+    ASSERT_EQ(run(), 0);
+    keyworddeck::Deck const deck(work.Path("inputls.dyn"));
+    EXPECT_EQ(deck.all("LOAD_MASK").size(), 2U);
+    EXPECT_EQ(deck.curve(800).back().second, 2.0e6);
+    EXPECT_EQ(deck.curve(803).back().second, 3.0e6);
+    EXPECT_THAT(deck.curve(801),
+                testing::ElementsAre(testing::Pair(0, 0), testing::Pair(0.05, 0), testing::Pair(0, 0.04)));
+    EXPECT_EQ(deck.curve(804).size(), 4U);
+    EXPECT_THAT(reported(), testing::IsEmpty());
+}
+
 TEST_F(IncrementalRun, TakesTheVelocityByTheProcessFlag)
 {
     ASSERT_EQ(run(1), 0);

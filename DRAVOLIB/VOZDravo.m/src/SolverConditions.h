@@ -49,11 +49,14 @@ inline int CountBeadEdges(ElemProperty const & i_property)
     return CountRows(i_property.sizeDrawBeads(), [&](int i) { return i_property.drawBeads(i).edgeCount; });
 }
 
+// A pad without a row lists no elements. One that is handed over as an outline has none, and its arrays begin at 0:
+// they are not to be read here.
 inline int CountPadElements(ElemProperty const & i_property)
 {
     if (i_property.pressPadSize() == nullptr)
         return 0;
-    return CountRows(i_property.sizePressPads(), [&](int i) { return i_property.pressPadSize(i); });
+    return CountRows(i_property.sizePressPads(),
+                     [&](int i) { return i_property.pressPadRow(i) != nullptr ? i_property.pressPadSize(i) : 0; });
 }
 
 inline int CountTableNodes(ElemProperty const & i_property)
@@ -122,8 +125,10 @@ inline void FillPadShear(ElemProperty const & i_property, double i_dFriction, in
     for (int i = 1; i <= i_property.sizePressPads(); ++i)
     {
         int const * const panRow = i_property.pressPadRow(i);
+        if (panRow == nullptr)
+            continue;
         double const dShear = i_property.pressPadVal(i) * i_dFriction;
-        for (int k = 1; panRow != nullptr && k <= i_property.pressPadSize(i); ++k)
+        for (int k = 1; k <= i_property.pressPadSize(i); ++k)
             if (panRow[k] >= 1 && panRow[k] <= i_nNumElements)
                 io_padShear[panRow[k] - 1] = dShear;
     }

@@ -155,10 +155,20 @@ TEST_F(KeywordFields, RealNumbersHaveADigitMoreAboveZeroAndOneLessBelow)
 
 TEST_F(KeywordFields, AFieldIsNeverWiderThanABufferHolds)
 {
-    EXPECT_EQ(driver.real(kLargest, 1000, 100000), driver.real(kLargest, 105, 112));
-    EXPECT_EQ(driver.real(-kSmallest, 1000, 2147483647).size(), 113U);
-    EXPECT_EQ(driver.integer(-5, 2147483647), std::string(110, ' ') + "-5");
-    EXPECT_EQ(driver.integer(-5, -2147483647 - 1), "-5" + std::string(110, ' '));
+    EXPECT_EQ(driver.real(kLargest, 1000, 100000), driver.real(kLargest, 112, 119));
+    EXPECT_EQ(driver.real(kLargest, 112, 119).size(), 119U); // what 120 characters hold with a NUL
+    EXPECT_EQ(driver.real(1.5, 3, 119), std::string(109, ' ') + "1.5000E+00");
+    EXPECT_EQ(driver.real(-kSmallest, 1000, 2147483647).size(), 120U);
+    EXPECT_EQ(driver.real(kSmallest, 1000, 2147483647).size(), 120U);
+    EXPECT_EQ(driver.integer(-5, 2147483647), std::string(117, ' ') + "-5");
+    EXPECT_EQ(driver.integer(-5, -2147483647 - 1), "-5" + std::string(117, ' '));
+}
+
+TEST_F(KeywordFields, APrecisionBelowNoneIsNone)
+{
+    for (int const precision : {0, -1, -5, -2147483647 - 1})
+        EXPECT_EQ(driver.real(-1.5, precision, 10), "    -2E+00") << precision;
+    EXPECT_EQ(driver.real(1.5, -2147483647 - 1, 10), "     2E+00");
 }
 
 TEST_F(KeywordFields, RealNumbersAreThoseOfPrintf)

@@ -20,11 +20,11 @@ void Put(std::FILE * i_stream, char const * i_text)
 }
 
 // A number's field: its text with blanks ahead of it up to the width, a NUL behind. No text outgrows the buffer: a
-// field is at most kWidest wide, and the text of a real number at most 6 longer than that.
+// field is at most kWidest wide, and the text of a real number, whose exponent may have three digits, at most 1 longer.
 class Field
 {
 public:
-    static constexpr int kWidest = 112;
+    static constexpr int kWidest = 119;
 
     // As "%<width>.<precision>E" writes it, infinities and what is no number included.
     Field(double i_value, int i_precision, int i_width)
@@ -56,7 +56,7 @@ private:
         *at = 0;
     }
 
-    static constexpr int kSize = 120;
+    static constexpr int kSize = kWidest + 2;
     unsigned short mText[kSize];
 };
 } // namespace
@@ -89,7 +89,7 @@ void VOZSolverIncremental::WriteValue(unsigned short const * i_chBuffer)
 void VOZSolverIncremental::DoubleWrite(double i_dValue, int i_nPrecision, int i_nWidth, unsigned char i_bFullDigits)
 {
     int const width = std::clamp(i_nWidth, 7, Field::kWidest);
-    int precision = std::min(i_nPrecision, width - 7); // the room of sign, digit, point and exponent
+    int precision = std::clamp(i_nPrecision, -1, width - 7); // the room of sign, digit, point and exponent
     if (i_bFullDigits && i_dValue > 0.0)
         ++precision; // no sign: its place is a digit's
     if (i_dValue >= 1e+100 ||

@@ -1,6 +1,7 @@
 // KeywordPadsAndBeadsTest.cpp: pressure pads and draw beads of the keyword deck.
 
 #include "DeckJobs.h"
+#include "FailingNew.h"
 #include "KeywordFixture.h"
 
 #include <gmock/gmock.h>
@@ -111,6 +112,49 @@ TEST_F(KeywordPadsAndBeads, PadsThatAreMissingAreReported)
     EXPECT_THAT(driver.text([&] { driver.WritePressurePadData(); }), HasSubstr("(7)   DEFINE PRESSURE PAD"));
     EXPECT_THAT(reported(), ElementsAre("AssertionFailed:i_padPointsXYZ",
                                         "AssertionFailed:m_pElemProperty->getNbPressurePads() > 0"));
+}
+
+TEST_F(KeywordPadsAndBeads, AnOutlineWithoutMemoryIsReported)
+{
+    if (!FailingNew::reachesTheLibrary())
+        GTEST_SKIP() << "the library keeps to its own operators";
+    PadDriver driver(numbers);
+    EXPECT_EQ(driver.text(
+                  [&]
+                  {
+                      FailingNew const failing(1);
+                      driver.WriteXYforPressurePad(3, kTriangle.data());
+                  }),
+              "");
+    EXPECT_THAT(reported(), ElementsAre("AssertionFailed:padPointsXYZ"));
+}
+
+TEST_F(KeywordPadsAndBeads, WithoutAProcessThereAreNeitherPadsNorBeads)
+{
+    struct Bare : VOZSolverIncremental
+    {
+        void write(std::string & o_pads, std::string & o_beads)
+        {
+            m_pStream = std::fopen("part.txt", "w");
+            WritePressurePadData();
+            std::fclose(m_pStream);
+            o_pads = readFile("part.txt");
+            m_pStream = std::fopen("part.txt", "w");
+            int last = 17;
+            WriteDrawBeadData();
+            WriteXYZDrawBead(11, 18, &last, 1);
+            std::fclose(m_pStream);
+            m_pStream = nullptr;
+            o_beads = readFile("part.txt");
+        }
+    };
+    std::string pads, beads;
+    Bare().write(pads, beads);
+    EXPECT_THAT(pads, HasSubstr("(7)   DEFINE PRESSURE PAD"));
+    EXPECT_THAT(beads, HasSubstr("(8)   DEFINE DRAW BEAD DATA"));
+    EXPECT_THAT(reported(), ElementsAre("AssertionFailed:m_pElemProperty->getNbPressurePads() > 0",
+                                        "AssertionFailed:1<=i_nDrawBeadPos && "
+                                        "i_nDrawBeadPos<=m_pElemProperty->sizeDrawBeads()"));
 }
 
 TEST_F(KeywordPadsAndBeads, PadsThatAreCountedAloneAreSkipped)

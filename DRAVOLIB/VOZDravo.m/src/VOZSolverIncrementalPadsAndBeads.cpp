@@ -136,6 +136,11 @@ static_assert(sizeof kPadName + sizeof kPadValue + sizeof kHeadEnd - 3 + 20 == 8
                   sizeof kBeadName == sizeof kPadName && sizeof kBeadValue == sizeof kPadValue,
               "a head's line has 80 characters with its two fields");
 
+int BeadsOf(ElemProperty const * i_pProperty)
+{
+    return i_pProperty ? i_pProperty->sizeDrawBeads() : 0;
+}
+
 // The outline as a plan in the stamping frame: 3 doubles per point, in place.
 void Flatten(double const * i_adTip, int i_nCount, double * padPoints)
 {
@@ -180,9 +185,11 @@ void VOZSolverIncremental::WritePressurePadTitleBlock()
 
 void VOZSolverIncremental::WritePressurePadData()
 {
-    int const pads = m_pElemProperty->getNbPressurePads();
+    int const pads = m_pElemProperty ? m_pElemProperty->getNbPressurePads() : 0;
     VOZ_ASSERTION(pads > 0, "m_pElemProperty->getNbPressurePads() > 0");
     WritePressurePadTitleBlock();
+    if (pads <= 0)
+        return;
     int const * const sizes = m_pElemProperty->pressPadSize();
     double const * const values = m_pElemProperty->pressPadVal();
     double const * const * const outlines = m_pElemProperty->pressPadXYZ();
@@ -267,7 +274,7 @@ void VOZSolverIncremental::WriteDrawBeadData()
     int curve = m_nFirstBeadCurve;
     int set = m_nFirstBeadSet;
     int last = m_nBeadNodeCounter;
-    for (int position = 1; position <= m_pElemProperty->sizeDrawBeads(); ++position, curve += 3, ++set)
+    for (int position = 1; position <= BeadsOf(m_pElemProperty); ++position, curve += 3, ++set)
     {
         double const force = m_pElemProperty->drawBeads(position).force;
         WriteDrawBeadID(curve, force);
@@ -289,7 +296,7 @@ void VOZSolverIncremental::WriteDrawBeadID(int i_nId, double i_dForce)
 // The line as the bead holds it, in millimetres and global coordinates: not thinned, not turned.
 void VOZSolverIncremental::WriteXYZDrawBead(int /*i_nSet*/, int i_nFirst, int * io_nLast, int i_nDrawBeadPos)
 {
-    bool const exists = VOZ_ASSERTION(1 <= i_nDrawBeadPos && i_nDrawBeadPos <= m_pElemProperty->sizeDrawBeads(),
+    bool const exists = VOZ_ASSERTION(1 <= i_nDrawBeadPos && i_nDrawBeadPos <= BeadsOf(m_pElemProperty),
                                       "1<=i_nDrawBeadPos && i_nDrawBeadPos<=m_pElemProperty->sizeDrawBeads()");
     WriteLines(kBeadNodes);
     if (!exists)

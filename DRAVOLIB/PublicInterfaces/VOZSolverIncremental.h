@@ -122,8 +122,9 @@ public:
     void WriteCurveRow(double i_dAbscissa, double i_dOrdinate);
     void WriteVectorCard(int i_nId, double i_dX, double i_dY, double i_dZ);
     void WriteHeadLine(char const * i_strName, int i_nId, char const * i_strValue, double i_dValue);
-    void WriteInclude(char const * i_strName); // of the mesh
-    void WriteBlankPart();                     // banner, set, part
+    void WriteIncludes(char const * i_strDeck); // the include files and the end of the deck of that name
+    void WriteInclude(char const * i_strName);  // of the mesh
+    void WriteBlankPart();                      // banner, set, part
     void WriteBlankMaterial();
     void WriteBlankSection();
     void WriteAdaptivity();

@@ -102,6 +102,36 @@ TEST_F(OpenSolverDeck, WritesItsRemarksBesideTheDeck)
     EXPECT_EQ(fewer.size() + 7, remarks.size()); // pad, four of the bead, hourglass, mass scaling
 }
 
+TEST_F(OpenSolverDeck, SaysItsOwnNameAboveTheFormingDecksMeshes)
+{
+    Driver(numbers).WriteOpenDeck();
+    std::string const text = readFile("inputls_open.dyn");
+    EXPECT_THAT(text, HasSubstr("$\n$     THIS FILE NAME: inputls_open.dyn\n$\n*INCLUDE\n./VOZBlank.mod\n$\n"));
+    EXPECT_THAT(text, testing::Not(HasSubstr("inputls.dyn")));
+}
+
+TEST_F(OpenSolverDeck, AnErrorLeavesTheFormingDeckItsOwnCards)
+{
+    struct Leaving : Driver
+    {
+        using Driver::Driver;
+        bool leaves = true;
+
+    protected:
+        void WriteToolingTitleBlock() override
+        {
+            if (leaves)
+                throw 7;
+            Driver::WriteToolingTitleBlock();
+        }
+    };
+    Leaving driver(numbers);
+    EXPECT_THROW(driver.WriteOpenDeck(), int);
+    driver.leaves = false;
+    ASSERT_EQ(driver.write(), 0);
+    EXPECT_EQ(firstDifference(keywordreference::deck(numbers), readFile("inputls.dyn")), "");
+}
+
 TEST_F(OpenSolverDeck, ControlCardsStandInTheirColumns)
 {
     numbers.outputTimes.resize(11);

@@ -14,7 +14,7 @@
 
 namespace
 {
-constexpr char kDeckName[] = "/inputls.dyn";
+constexpr char kDeckName[] = "inputls.dyn";
 
 // clang-format off
 constexpr char const * kTitle[] = {
@@ -137,7 +137,7 @@ constexpr char const * kBulkViscosity[] = {
     kComment,
     "*CONTROL_BULK_VISCOSITY",
     "$      Q1         Q2     Type",
-    "      1.5       0.06       -1", // a column to the right of the others' fields
+    "      1.5       0.06       -1", // Q1 and TYPE end a column short of their fields
 };
 constexpr char const * kFrameHeading[] = {
     kComment,
@@ -178,8 +178,6 @@ constexpr char const * kIncludeHeading[] = {
     kEmptyBanner,
     kDoubleRule,
     kComment,
-    "$     THIS FILE NAME: inputls.dyn",
-    kComment,
 };
 constexpr char const * kEnd[] = {
     kComment,
@@ -206,7 +204,7 @@ static_assert(BannersFillTheLine(kTitle) && BannersFillTheLine(kTermination) && 
 long VOZSolverIncremental::Write(double, double, double, double, double, double, double, double, double, double, int,
                                  double, int, int, double, double, double, double, double)
 {
-    return WriteDeck(m_strWorkingFolder + kDeckName);
+    return WriteDeck(m_strWorkingFolder + "/" + kDeckName);
 }
 
 long VOZSolverIncremental::WriteDeck(CATUnicodeString const & i_strPath)
@@ -245,9 +243,9 @@ void VOZSolverIncremental::WriteBlocks()
         WriteBlankHolderDataBlock();
         WriteCurveLoadBHolder();
     }
-    if (m_pElemProperty && m_pElemProperty->getNbPressurePads() > 0)
+    if (m_pElemProperty != nullptr && m_pElemProperty->getNbPressurePads() > 0)
         WritePressurePadData();
-    if (m_pElemProperty && m_pElemProperty->sizeDrawBeads() > 0)
+    if (m_pElemProperty != nullptr && m_pElemProperty->sizeDrawBeads() > 0)
         WriteDrawBeadData();
     WriteIncludedBlankToolingMeshFiles();
 }
@@ -358,7 +356,15 @@ void VOZSolverIncremental::WriteToolingTitleBlock()
 
 void VOZSolverIncremental::WriteIncludedBlankToolingMeshFiles()
 {
+    WriteIncludes(kDeckName);
+}
+
+void VOZSolverIncremental::WriteIncludes(char const * i_strDeck)
+{
     WriteLines(kIncludeHeading);
+    WriteText("$     THIS FILE NAME: ");
+    WriteLine(i_strDeck);
+    WriteLine(kComment);
     for (char const * const name : {m_achBlankName, m_achDieName, m_achPunchName})
     {
         if (name[0] != '\0')

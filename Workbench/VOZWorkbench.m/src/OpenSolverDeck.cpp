@@ -82,9 +82,17 @@ std::vector<OpenDeckRemark> OpenDeckSolver::WriteOpenDeck()
     std::string const folder = m_strWorkingFolder.ConvertToChar();
     std::string const path = folder + "/" + kOpenDeckFile;
     std::string failure;
-    mIsOpen = true;
+    struct Opening
+    {
+        explicit Opening(bool & io_flag) : flag(io_flag) { flag = true; }
+        ~Opening() { flag = false; }
+        Opening(Opening const &) = delete;
+        Opening & operator=(Opening const &) = delete;
+        bool & flag;
+    };
     try
     {
+        Opening const opening(mIsOpen);
         errno = 0;
         if (WriteDeck(path.c_str()) < 0)
             failure = errno != 0 ? std::strerror(errno) : "it cannot be opened";
@@ -94,7 +102,6 @@ std::vector<OpenDeckRemark> OpenDeckSolver::WriteOpenDeck()
         failure = error.Message();
         VOZRemoveFile(path.c_str()); // half a deck
     }
-    mIsOpen = false;
     if (!failure.empty())
         throw OutputError(path, failure);
     std::vector<OpenDeckRemark> const remarks = Remarks();
@@ -116,6 +123,8 @@ std::vector<OpenDeckRemark> OpenDeckSolver::Remarks() const
         {"*BOUNDARY_PRESCRIBED_MOTION_RIGID_LOCAL",
          "written as *BOUNDARY_PRESCRIBED_MOTION_RIGID along the vector of the stamping direction"},
         {"*DATABASE_BINARY_D3PLOT", "equal intervals in place of the curve of output times"},
+        {"*DATABASE_EXTENT_BINARY", "its second card is left out"},
+        {"*CONTROL_UNITS", "added: metre, second, kilogram, which the forming deck says in a comment"},
         {"*CONTROL_ADAPTIVE", "left out: the blank is not refined; give it a mesh that is fine enough from the start"},
         {"*CONTROL_CONTACT", "left out: the solver's defaults hold"},
         {"*CONTROL_ENERGY", "left out: the solver's own energy balance is written"},
@@ -273,6 +282,15 @@ void OpenDeckSolver::WriteFriction_Card4_ShootingLogic()
 {
     if (!mIsOpen)
         VOZSolverIncremental::WriteFriction_Card4_ShootingLogic();
+}
+
+// The include files
+
+void OpenDeckSolver::WriteIncludedBlankToolingMeshFiles()
+{
+    if (!mIsOpen)
+        return VOZSolverIncremental::WriteIncludedBlankToolingMeshFiles();
+    WriteIncludes(kOpenDeckFile);
 }
 
 // What does not act

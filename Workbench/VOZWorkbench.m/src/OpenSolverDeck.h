@@ -47,6 +47,7 @@ protected:
     void WriteBlankHolderDataBlock() override;
     void WritePressurePadData() override;
     void WriteDrawBeadData() override;
+    void WriteIncludedBlankToolingMeshFiles() override;
     void WriteRigidMaterialProperties(int i_nMid, int i_nSid, char const * i_strConstraints) override;
     void WriteFriction_Card23(double i_dFriction, double i_dOffset, bool i_bDrawBead) override;
     void WriteFriction_Card4_ShootingLogic() override;

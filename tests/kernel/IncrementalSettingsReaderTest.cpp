@@ -211,6 +211,8 @@ TEST_F(IncrementalDatabase, RefusesWhatItDoesNotUnderstand)
              Case{"<dt2msFactor unit=\"m\">1</dt2msFactor>", "has the attribute \"unit\"; expected no attribute"},
              Case{"<strokeThreshold>60</strokeThreshold>", "has no unit; expected unit=\"mm\" or \"m\""},
              Case{"<strokeThreshold unit=\"in\">60</strokeThreshold>", "has the unit \"in\""},
+             Case{"<strokeThreshold unit=\"mm\" unit=\"m\">60</strokeThreshold>",
+                  "s.xml:3: <strokeThreshold> has the attribute \"unit\" twice; expected it once"},
              Case{"<smoothContact>true</smoothContact>", "is \"true\"; expected \"yes\" or \"no\""},
              Case{"<smoothContact a=\"b\">yes</smoothContact>", "has the attribute \"a\""},
          })
@@ -255,6 +257,21 @@ TEST_F(IncrementalDatabase, RefusesABrokenDocumentWithItsLine)
     EXPECT_THAT(errorOf(document("<settings/>")), HasSubstr("an entry has no name"));
     EXPECT_THAT(errorOf(document(entry(" a"))), HasSubstr("without blanks at its ends"));
     EXPECT_THAT(errorOf(document("<settings name=\"a\" group=\"b\"/>")), HasSubstr("has the attribute \"group\""));
+}
+
+// A second document behind the first, or what an editor left there, is no comment.
+TEST_F(IncrementalDatabase, RefusesWhatStandsBesideTheDocumentsElement)
+{
+    EXPECT_THAT(errorOf(document(entry("a")) + document(entry("b"))),
+                HasSubstr("s.xml:5: beside <incrementalSettings> stands <incrementalSettings>; expected one "
+                          "<incrementalSettings> alone"));
+    EXPECT_THAT(errorOf(document(entry("a")) + "<settings name=\"b\"/>"), HasSubstr("s.xml:5: beside"));
+    EXPECT_THAT(errorOf(document(entry("a")) + "loose\n"), HasSubstr("stands the text \"loose\""));
+    EXPECT_THAT(errorOf("loose " + document(entry("a"))), HasSubstr("s.xml:1: beside"));
+    EXPECT_THAT(errorOf("<?xml version=\"1.0\"?>\n<!-- nothing -->\n"), HasSubstr("there is no element"));
+    Database const good(
+        write("s.xml", "\xEF\xBB\xBF<?xml version=\"1.0\"?>\n<!-- a -->\n" + document(entry("a")) + "\n<!-- b -->\n"));
+    EXPECT_EQ(good.result, 0) << good.error();
 }
 
 TEST_F(IncrementalDatabase, RefusesTwoEntriesOfOneNameAndTellsBothPlaces)

@@ -230,6 +230,11 @@ TEST_F(IncrementalImport, NeedsNothingOfARun)
     EXPECT_EQ(fresh.GetResults(nullptr), 0);
     EXPECT_EQ(fresh.GetResultMesh()->numNode(), 5);
     EXPECT_STREQ(fresh.m_strWorkingFolder.ConvertToChar(), work.Path().c_str());
+    LayerStores empty{*fresh.GetResultMesh()};
+    IncrementalProbe without; // materials, too: there is nothing to make thicknesses of
+    EXPECT_EQ(without.GetResults(empty.layers()), 0);
+    EXPECT_EQ(empty.mid.thickness(1), 0.0F);
+    EXPECT_THAT(reported(), testing::IsEmpty());
 }
 
 TEST_F(IncrementalImport, ReadsInTheFolderOfThePart)

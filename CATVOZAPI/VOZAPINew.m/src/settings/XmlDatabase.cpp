@@ -79,14 +79,18 @@ XmlDatabaseFile::XmlDatabaseFile(std::string const & i_file, std::string const &
 
 pugi::xml_node XmlDatabaseFile::Root(std::string const & i_name)
 {
-    pugi::xml_parse_result const result =
-        m_document.load_buffer(m_text.data(), m_text.size(), pugi::parse_default, pugi::encoding_utf8);
-    if (!result)
-        Refuse(result.offset, std::string("the XML is broken (") + result.description() + ")",
-               TextOf("a well-formed <", i_name, "> document"));
+    // As a fragment: what stands beside the document's element would be passed over without a word otherwise.
+    pugi::xml_parse_result const result = m_document.load_buffer(
+        m_text.data(), m_text.size(), pugi::parse_default | pugi::parse_fragment, pugi::encoding_utf8);
     pugi::xml_node const root = m_document.document_element();
+    if (!result || !root)
+        Refuse(result.offset, TextOf("the XML is broken (", result ? "there is no element" : result.description(), ")"),
+               TextOf("a well-formed <", i_name, "> document"));
     if (root.name() != i_name)
         Refuse(root, TextOf("the document's element is ", Tag(root)), TextOf("<", i_name, ">"));
+    for (pugi::xml_node const & node : m_document.children())
+        if (node != root)
+            Refuse(node, TextOf("beside ", Tag(root), " stands ", Shown(node)), TextOf("one ", Tag(root), " alone"));
     return root;
 }
 
@@ -134,9 +138,13 @@ std::string XmlDatabaseFile::Shown(pugi::xml_node const & i_node)
 void XmlDatabaseFile::CheckAttributes(pugi::xml_node const & i_node, std::vector<std::string> const & i_known) const
 {
     for (pugi::xml_attribute const & attribute : i_node.attributes())
+    {
         if (std::find(i_known.begin(), i_known.end(), attribute.name()) == i_known.end())
             Refuse(i_node, TextOf(Tag(i_node), " has the attribute \"", attribute.name(), "\""),
                    i_known.empty() ? "no attribute" : ListOf(i_known));
+        if (i_node.attribute(attribute.name()) != attribute)
+            Refuse(i_node, TextOf(Tag(i_node), " has the attribute \"", attribute.name(), "\" twice"), "it once");
+    }
 }
 
 std::string XmlDatabaseFile::Text(pugi::xml_node const & i_node) const

@@ -47,7 +47,7 @@ class XmlDatabaseFile
 protected:
     XmlDatabaseFile(std::string const & i_file, std::string const & i_what);
 
-    // The document's element, which has this name.
+    // The document's element, which has this name and stands alone.
     pugi::xml_node Root(std::string const & i_name);
 
     // The element's name="...", which no other entry of the database has; i_what is the kind of entry.
@@ -60,7 +60,7 @@ protected:
     static std::string Tag(pugi::xml_node const & i_node);
     static std::string Shown(pugi::xml_node const & i_node); // an element's tag, or the text that stands there
 
-    // The element's attributes are among the given ones.
+    // The element's attributes are among the given ones, each once.
     void CheckAttributes(pugi::xml_node const & i_node, std::vector<std::string> const & i_known) const;
 
     // The text of an element that holds nothing else, trimmed.

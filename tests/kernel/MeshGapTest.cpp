@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <random>
@@ -77,6 +78,31 @@ TEST(MeshGap, PointsWithoutAPartnerDoNotCount)
     Surface const lower = patch(0, 10, 0, 10, 10, 10, [](double x, double) { return x > 5.5 ? 9.0 : 0.0; });
     expectGap(gapBetween(lower, plane(-5, 5, 0, 10, 10.0, 3)), 10.0, 10.0);
     expectGap(gapBetween(plane(0, 10, 0, 10, 0.0), plane(4.3, 30, 7.7, 30, 2.5)), 2.5, 2.5);
+}
+
+// Overlapping in x from 6 to 10 and in y from 3 to 10, where every node of the one is a node of the other: the gap is
+// the formulas' difference on a lattice, 6.96 to 10.19. Beyond the overlap it would run from -2.5 to 13.7.
+TEST(MeshGap, OfPartlyOverlappingSurfacesIsThatOfTheOverlapAlone)
+{
+    auto const low = [](double x, double y) { return 0.05 * x * x - 0.1 * y; };
+    auto const high = [](double x, double y) { return 12.0 + std::sin(0.7 * x) - 0.04 * (y - 8.0) * (y - 8.0); };
+    double least = kInf;
+    double greatest = -kInf;
+    for (int i = 24; i <= 40; ++i)
+        for (int k = 12; k <= 40; ++k)
+        {
+            double const gap = high(0.25 * i, 0.25 * k) - low(0.25 * i, 0.25 * k);
+            least = std::min(least, gap);
+            greatest = std::max(greatest, gap);
+        }
+    for (bool triangles : {false, true})
+    {
+        Surface const punch = patch(0, 10, 0, 10, 40, 40, low, triangles);
+        Surface const die = patch(6, 16, 3, 13, 40, 40, high, triangles);
+        expectGap(gapBetween(punch, die), least, greatest);
+        auto const turned = [](Point const & p) { return Point{p[1], p[2], p[0]}; };
+        expectGap(gapBetween(punch.moved(turned), die.moved(turned), {0, 3, 0}), least, greatest);
+    }
 }
 
 TEST(MeshGap, OfASmallMeshUnderAHugeTriangleIsFound)

@@ -210,7 +210,7 @@ TEST_F(MeshHandOver, EndsAtAMeshOfAnotherNameWithTheEarlierOnesChanged)
     EXPECT_EQ(driver.Run(nullptr), E_FAIL);
 }
 
-TEST_F(MeshHandOver, FailsWithoutAFrameMeshesOrAFolder)
+TEST_F(MeshHandOver, FailsWithoutAFrameMeshesAFolderOrAnInstallation)
 {
     driver.m_strWorkingFolder = CATUnicodeString();
     EXPECT_EQ(driver.SetMesh(), E_FAIL);
@@ -218,6 +218,9 @@ TEST_F(MeshHandOver, FailsWithoutAFrameMeshesOrAFolder)
     driver.SetBoundaryConditions(meshes.data(), 4, &property, &symmetry, &friction, &fullHolder, nullptr, 0, 0, 0);
     EXPECT_EQ(driver.SetMesh(), E_FAIL);
     driver.SetBoundaryConditions(nullptr, 4, &property, &symmetry, &friction, &fullHolder, &axis, 0, 0, 0);
+    EXPECT_EQ(driver.SetMesh(), E_FAIL);
+    give(driver);
+    host.environment.erase("VOZDRAVO3D"); // nor without an installation
     EXPECT_EQ(driver.SetMesh(), E_FAIL);
     EXPECT_EQ(blank.NodeValue(blank.numNode(), 0), 120.0);
     EXPECT_THAT(reported(), testing::IsEmpty());

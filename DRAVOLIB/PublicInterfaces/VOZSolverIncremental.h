@@ -10,8 +10,8 @@
 // of the mesh at place 0: the blank is to stand there. A total force is handed over in kilonewtons.
 //
 // Pads are read from the whole arrays of the process (pressPadSize, pressPadVal, pressPadXYZ), entries 0 .. n - 1:
-// number of points, pressure in pascal, outline of 3 doubles per point in mm. Bead lines are in mm, in the stamping
-// frame.
+// number of points, pressure in pascal, outline of 3 doubles per point in mm, in the frame that the meshes are handed
+// over in; the deck turns it. Bead lines, 3 doubles per point in mm, are written as they stand: in the stamping frame.
 //
 // Run changes the meshes in place: to metres, oriented, into the tipping frame. It is therefore not to be called twice
 // on the same meshes. The deck is in SI units and must be seen through to its end on one thread.

@@ -28,7 +28,7 @@ constexpr char const * kTitle[] = {
     "$||               The International System of Units (SI) is used.             ||",
     kEmptyBanner,
     "$||    Base units   : meter  (m) length, kilogram (kg) mass, second (s) time. ||",
-    "$||    Derived units: Newton  N  force  kg\xB7" "(m/s2).                            ||", // a raised dot in one byte
+    "$||    Derived units: Newton  N  force  kg\xB7" "(m/s2).                            ||", // the raised dot
     "$||                   Pascal Pa  pressure, stress N/m2.                       ||",
     "$||                   Joule   J  energy.                                      ||",
     "$||                   Watt    W  power.                                       ||",

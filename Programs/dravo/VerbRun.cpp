@@ -2,7 +2,9 @@
 
 #include "Console.h"
 #include "ExitCode.h"
+#include "IncrementalRoute.h"
 #include "JobModel.h"
+#include "LaunchStatus.h"
 #include "OutputFile.h"
 #include "Run.h"
 #include "SpringbackModel.h"
@@ -11,6 +13,7 @@
 #include <nlohmann/json.hpp>
 
 #include <memory>
+#include <optional>
 
 namespace
 {
@@ -27,6 +30,7 @@ struct RunArguments
     bool isVerbose = false;
     bool isStrict = false;
     bool areTimesKept = false;
+    bool isLaunched = false;
 
     Talk TalkOf() const { return isQuiet ? Talk::Quiet : isVerbose ? Talk::Verbose : Talk::Usual; }
 };
@@ -39,10 +43,37 @@ void CheckSolverOption(RunArguments const & i_arguments)
                                    "the " + i_arguments.route + " route starts no solver program; --route file does");
 }
 
+void CheckLaunchOption(RunArguments const & i_arguments)
+{
+    if (i_arguments.isLaunched && i_arguments.route != kIncrementalRoute)
+        throw CLI::ValidationError("--launch", "the " + i_arguments.route +
+                                                   " route leaves nothing to launch; --route incremental does");
+}
+
+// Has the deck of a run solved. An interrupt ends the watching alone.
+LaunchStatus Launch(Job const & i_job, RunRecord const & i_record, Console & io_console)
+{
+    std::string const folder = i_record.folder + "/solver";
+    LaunchSolver(i_job, folder);
+    try
+    {
+        LaunchStatus const status = FollowLaunch(folder, io_console);
+        io_console.EndBar();
+        return status;
+    }
+    catch (Interrupted const &)
+    {
+        io_console.Note("the solver goes on in " + folder + "; \"dravo import\" reads its results when it is done");
+        throw;
+    }
+}
+
 int Run(RunArguments const & i_arguments)
 {
     Console console(i_arguments.TalkOf());
     Job const job = ReadJob(i_arguments.job);
+    if (i_arguments.isLaunched)
+        FindLauncher();
     RunOptions options;
     options.out = i_arguments.out;
     options.route = i_arguments.route;
@@ -59,14 +90,25 @@ int Run(RunArguments const & i_arguments)
             console.Remark(parameter.key + " = " + parameter.value +
                            (parameter.unit.empty() ? "" : " " + parameter.unit) +
                            (parameter.isDefault ? " (default)" : ""));
+    std::optional<LaunchStatus> launched;
+    if (i_arguments.isLaunched)
+        launched = Launch(job, record, console);
     if (i_arguments.isJson)
     {
         nlohmann::json json = SummaryJson(record);
         json["folder"] = record.folder;
+        if (launched)
+            json["launch"] = {{"state", NameOf(launched->state)}, {"records", launched->records}};
         PrintJson(json);
     }
     else
+    {
         Console::Print(SummaryText(record));
+        if (launched)
+            Console::Print("Solved                " + std::to_string(launched->records) +
+                           " states; read them with: dravo import " + i_arguments.job + " --run " + record.folder +
+                           "\n");
+    }
     bool const isFailed = HasFailedCheck(record.outcome) || (i_arguments.isStrict && HasFailedWarning(record.outcome));
     return isFailed ? ExitCheckFailed : ExitDone;
 }
@@ -161,8 +203,10 @@ void AddJob(CLI::App & io_verb, RunArguments & io_arguments)
 void AddRoute(CLI::App & io_verb, RunArguments & io_arguments)
 {
     io_verb
-        .add_option("--route", io_arguments.route,
-                    "How it is solved: kernel (in this process) or file (a deck, a solver program)")
+        .add_option(
+            "--route", io_arguments.route,
+            "How it is solved: kernel (in this process), file (a deck, a solver program) or incremental (a deck "
+            "for an explicit solver)")
         ->check(CLI::IsMember(RouteNames()))
         ->capture_default_str();
     io_verb.add_option("--out", io_arguments.out, "Folder in which the numbered folder of a run is made");
@@ -186,12 +230,15 @@ void AddRun(CLI::App & io_app, Action & io_action)
     AddJob(*verb, *arguments);
     AddTalk(*verb, *arguments);
     AddRoute(*verb, *arguments);
+    verb->add_flag("--launch", arguments->isLaunched,
+                   "With --route incremental: have the deck solved, and show how far it is");
     verb->add_flag("--times", arguments->areTimesKept, "Keep the time of each stage in report and summary");
     verb->footer("Example: dravo run examples/square_cup/job.toml --out results --json");
     verb->callback(
         [&io_action, arguments]
         {
             CheckSolverOption(*arguments);
+            CheckLaunchOption(*arguments);
             io_action = [arguments] { return Run(*arguments); };
         });
 }

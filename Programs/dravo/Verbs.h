@@ -14,6 +14,7 @@ using Action = std::function<int()>; // returns the exit code
 void AddRun(CLI::App & io_app, Action & io_action);
 void AddCheck(CLI::App & io_app, Action & io_action);
 void AddExplain(CLI::App & io_app, Action & io_action);
+void AddImport(CLI::App & io_app, Action & io_action);
 void AddInspect(CLI::App & io_app, Action & io_action);
 void AddConvert(CLI::App & io_app, Action & io_action);
 void AddMaterials(CLI::App & io_app, Action & io_action);

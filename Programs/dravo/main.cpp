@@ -31,6 +31,7 @@ int Parse(CLI::App & io_app, int i_argc, char ** i_argv, Action & io_action)
     AddRun(io_app, io_action);
     AddCheck(io_app, io_action);
     AddExplain(io_app, io_action);
+    AddImport(io_app, io_action);
     AddInspect(io_app, io_action);
     AddConvert(io_app, io_action);
     AddMaterials(io_app, io_action);

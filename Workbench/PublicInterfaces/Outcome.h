@@ -133,6 +133,58 @@ struct TubeOutcome
     std::vector<Point3> wrapped; // per node of the tube's own: part to that tube, global, mm
 };
 
+// --- The incremental route -------------------------------------------------------------------------------------------
+
+struct IncrementalMesh // of a deck
+{
+    std::string role;   // "blank"
+    std::string origin; // "made from the part", or the path of its file
+    int nodes = 0;
+    int elements = 0;
+};
+
+struct IncrementalOutput // a state that the solver writes
+{
+    double position = 0.0; // of the punch, percent of the stroke
+    double time = 0.0;     // s
+};
+
+// The process numbers of a deck for an explicit solver, as the library worked them out.
+struct IncrementalFigures
+{
+    std::string settings;             // name of the template; empty: the settings' own defaults
+    double stroke = 0.0;              // mm
+    double leastGap = 0.0;            // mm, from the punch to the die along the stroke, before it
+    double greatestGap = 0.0;         // mm
+    double velocity = 0.0;            // m/s, of the punch
+    double acceleration = 0.0;        // m/s^2
+    double rampTime = 0.0;            // s
+    double plateauTime = 0.0;         // s, of constant velocity
+    double endTime = 0.0;             // s
+    double binderCloseTime = 0.0;     // s
+    double adaptFrequency = 0.0;      // s, ADPFREQ: from one pass of refinement to the next
+    int adaptivityLevel = 0;          // MAXLVL
+    double adaptSize = 0.0;           // mm, ADPSIZE: the smallest element of refinement
+    double massScalingTimeStep = 0.0; // s, the magnitude of DT2MS
+    double binderForce = 0.0;         // N; 0: no binder
+    double friction = 0.0;            // of all tools
+    double toolOffset = 0.0;          // mm, by which contact takes punch and binder nearer
+    double greatestElement = 0.0;     // mm, of the blank
+    double leastElement = 0.0;        // mm
+    std::vector<IncrementalOutput> outputs;
+    std::vector<IncrementalMesh> meshes;
+    std::vector<std::array<double, 2>> punchCurve; // corners: s, m/s
+    std::vector<std::string> remarks;              // what was made, and how
+    std::vector<std::string> files;                // of the deck, in its folder
+};
+
+struct ImportedStep // of the explicit solver's results
+{
+    int step = 0;               // 0 is the first state
+    int steps = 0;              // that the results hold
+    IncrementalOutput output{}; // which state it is; 0 for what the results hold beyond the settings' output points
+};
+
 // What an engineer asks first. A model with planes of symmetry is told for the model and, where it adds up, for the
 // whole part.
 struct OutcomeSummary
@@ -192,7 +244,7 @@ struct OutcomeInput
 struct Outcome
 {
     std::string title; // of the job
-    std::string route; // "kernel", "file"
+    std::string route; // "kernel", "file", "incremental"
     VOZCatMesh part;   // formed part, global, mm
     VOZCatAxis frame;  // stamping frame
     Symmetry symmetry;
@@ -210,11 +262,15 @@ struct Outcome
     std::vector<ElementOutcome> bottom;
     std::vector<NodeOutcome> nodes;
     bool hasBinder = false; // and the nodes' places on it
+    bool hasBlank = true;   // and the nodes' places in it: a step of an explicit solver has none
     std::optional<SpringbackOutcome> springback;
     std::optional<TubeOutcome> tube;
     std::vector<BlankLoop> blank;   // outer loop first
     FlatFaults flat;                // of the blank, stamping frame
     std::vector<OutcomeZone> zones; // failure, marginal, strong compression; largest first
+    std::optional<IncrementalFigures> incremental;
+    std::optional<ImportedStep> imported;
+    std::vector<Outcome> steps; // where several steps were imported: all, ascending; the last one is this outcome
     OutcomeSummary summary;
     std::vector<OutcomeCheck> checks;
     std::vector<OutcomeParameter> parameters;
@@ -224,6 +280,8 @@ struct Outcome
     std::string command; // to repeat the run
     std::string version; // of the program
     std::string log;     // the solver's iteration table
+
+    bool HasResults() const { return !elements.empty(); } // a deck alone has none
 
     FormingLimit const & LimitOf(std::size_t i_element) const // of the element's material
     {

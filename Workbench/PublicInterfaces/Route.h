@@ -80,8 +80,9 @@ public:
                         RunObserver & io_observer) const = 0;
 };
 
-constexpr char const * kKernelRoute = "kernel"; // in this process; the default
-constexpr char const * kFileRoute = "file";     // deck, solver program, its text
+constexpr char const * kKernelRoute = "kernel";           // in this process; the default
+constexpr char const * kFileRoute = "file";               // deck, solver program, its text
+constexpr char const * kIncrementalRoute = "incremental"; // a deck for an explicit solver
 
 // The routes by name, the default first.
 std::vector<std::string> RouteNames();

@@ -238,7 +238,8 @@ TEST_F(DravoCommand, InitWritesAJobThatNeedsItsMeshAlone)
 TEST_F(DravoCommand, HelpOfEachVerbHasAnExample)
 {
     EXPECT_TRUE(Dravo("--help").Shows("Exit codes"));
-    for (std::string const verb : {"run", "check", "explain", "inspect", "convert", "materials", "init", "completion"})
+    for (std::string const verb :
+         {"run", "check", "explain", "import", "inspect", "convert", "materials", "init", "completion"})
     {
         Ran const ran = Dravo(verb + " --help");
         EXPECT_EQ(ran.code, 0) << verb;

@@ -244,7 +244,7 @@ TEST_F(KernelRouteTest, FoldersThatTheLibraryCannotHoldAreRefused)
 
 TEST_F(KernelRouteTest, TheRoutesHaveNamesAndTheDefaultIsFirst)
 {
-    EXPECT_EQ(RouteNames(), (std::vector<std::string>{"kernel", "file"}));
+    EXPECT_EQ(RouteNames(), (std::vector<std::string>{"kernel", "file", "incremental"}));
     EXPECT_STREQ(MakeRoute("kernel", "")->Name(), "kernel");
     EXPECT_THROW(MakeRoute("tube", ""), InputError);
     EXPECT_THROW(MakeRoute("file", Folder() + "/none"), InputError);

@@ -5,9 +5,8 @@
 #include "CATError.h"
 #include "KernelRun.h"
 #include "KernelSpringback.h"
+#include "LayerResults.h"
 #include "OutputFile.h"
-#include "QuadrilateralAngles.h"
-#include "Result.h"
 #include "RouteParts.h"
 #include "TubeModel.h"
 #include "VOZSolverMultiStage.h"
@@ -23,84 +22,35 @@ namespace voz::workbench
 namespace
 {
 constexpr double kMillimetrePerMetre = 1000.0;
-constexpr double kMegapascalPerPascal = 1e-6;
 constexpr std::size_t kFolderCharacters = 250; // of the kernel's folder, "springback" included
-
-struct Layers
-{
-    explicit Layers(VOZCatMesh const & i_mesh) : top(i_mesh), mid(i_mesh), bottom(i_mesh) {}
-
-    Result top;
-    Result mid;
-    Result bottom;
-    std::array<Result *, 3> all = {&top, &mid, &bottom}; // in the drivers' order
-};
 
 // --- m, %, Pa to mm, %, MPa ----------------------------------------------------------------------------------------
 
-ElementOutcome ConvertElement(Result const & i_layer, Result const & i_mid, int e, Outcome const & i_outcome)
+void ConvertPlaces(Result const & i_top, Outcome & io_outcome)
 {
-    ElementOutcome element;
-    element.thickness = kMillimetrePerMetre * static_cast<double>(i_mid.thickness(e));
-    element.thinning = 100.0 * (1.0 - element.thickness / i_outcome.firstThickness);
-    element.major = i_layer.strain(e, 0);
-    element.minor = i_layer.strain(e, 1);
-    element.thicknessStrain = ThicknessStrain(i_outcome.limit, element.major, element.minor);
-    element.angle = i_layer.theta(e);
-    element.equivalentStrain = i_layer.equivalentStrain(e);
-    element.safety = i_layer.safety(e);
-    element.forming = i_layer.forming(e);
-    SettleZones(element.major, element.minor, element.safety, element.forming);
-    return element;
-}
-
-// The drivers keep the stress at the nodes: an element takes the mean of its corners.
-double StressOf(Result const & i_result, VOZCatMesh const & i_mesh, int e)
-{
-    int const corners = i_mesh.isTriangle(e) != 0 ? 3 : 4;
-    double sum = 0.0;
-    for (int k = 0; k < corners; ++k)
-        sum += i_result.stress(i_mesh.ElementValue(e, k));
-    return kMegapascalPerPascal * sum / corners;
-}
-
-NodeOutcome ConvertNode(Layers const & i_layers, int n, VOZCatMesh const & i_mesh, VOZCatAxis const & i_frame)
-{
-    NodeOutcome node;
-    for (int c = 0; c < 3; ++c)
+    for (int n = 1; n <= io_outcome.part.numNode(); ++n)
     {
-        auto const i = static_cast<std::size_t>(c);
-        node.displacement[i] = kMillimetrePerMetre * static_cast<double>(i_layers.top.disp1(n, c));
-        node.onBinder[i] = kMillimetrePerMetre * static_cast<double>(i_layers.top.dispOnBinder1(n, c));
-    }
-    node.flat = FlatPlace(i_mesh.GetNodeData()[n], node.displacement, i_frame);
-    node.thickness = kMillimetrePerMetre * static_cast<double>(i_layers.mid.NodeThickness(n));
-    node.major = i_layers.mid.nstrain(n, 0);
-    node.minor = i_layers.mid.nstrain(n, 1);
-    node.safety = i_layers.mid.nsafety(n);
-    node.forming = i_layers.mid.nforming(n);
-    SettleZones(node.major, node.minor, node.safety, node.forming);
-    return node;
-}
-
-void Convert(Layers const & i_layers, Outcome & io_outcome)
-{
-    VOZCatMesh const & mesh = io_outcome.part;
-    io_outcome.summary.punchForce = i_layers.top.PunchForce();
-    struct Target
-    {
-        Result const * layer;
-        std::vector<ElementOutcome> * elements;
-    };
-    for (Target const & target : {Target{&i_layers.top, &io_outcome.top}, Target{&i_layers.mid, &io_outcome.elements},
-                                  Target{&i_layers.bottom, &io_outcome.bottom}})
-        for (int e = 1; e <= mesh.numElem(); ++e)
+        NodeOutcome & node = io_outcome.nodes[static_cast<std::size_t>(n) - 1];
+        for (int c = 0; c < 3; ++c)
         {
-            target.elements->push_back(ConvertElement(*target.layer, i_layers.mid, e, io_outcome));
-            target.elements->back().stress = StressOf(*target.layer, mesh, e);
+            auto const i = static_cast<std::size_t>(c);
+            node.displacement[i] = kMillimetrePerMetre * static_cast<double>(i_top.disp1(n, c));
+            node.onBinder[i] = kMillimetrePerMetre * static_cast<double>(i_top.dispOnBinder1(n, c));
         }
+<<<<<<< HEAD
     for (int n = 1; n <= mesh.numNode(); ++n)
         io_outcome.nodes.push_back(ConvertNode(i_layers, n, mesh, io_outcome.frame));
+    FillQuadrilateralAngles(io_outcome);
+=======
+        node.flat = FlatPlace(io_outcome.part.GetNodeData()[n], node.displacement, io_outcome.frame);
+    }
+}
+
+void Convert(LayerResults const & i_layers, Outcome & io_outcome)
+{
+    io_outcome.summary.punchForce = i_layers.top.PunchForce();
+    ConvertLayers(i_layers, io_outcome);
+    ConvertPlaces(i_layers.top, io_outcome);
     FillQuadrilateralAngles(io_outcome);
     Summarise(io_outcome);
 }
@@ -148,7 +98,7 @@ void CheckWantedStrains(Job const & i_job, Outcome & io_outcome)
 }
 
 void Form(Job const & i_job, JobModel const & i_model, Tipping const & i_tipping, Process const & i_process,
-          RouteOptions const & i_options, RunObserver & io_observer, Layers & o_layers)
+          RouteOptions const & i_options, RunObserver & io_observer, LayerResults & o_layers)
 {
     VOZCatMesh const * meshes[2] = {&i_model.mesh.mesh, i_model.binder ? &i_model.binder->mesh : nullptr};
     VOZSolverMultiStage solver;
@@ -216,7 +166,7 @@ Outcome KernelRoute::Run(Job const & i_job, JobModel const & i_model, RouteOptio
     WriteText(InFolder(i_options.folder, kConfiguration), ConfigurationText(i_job.limits));
 
     io_observer.Enter("solver");
-    Layers layers(model.mesh.mesh);
+    LayerResults layers(model.mesh.mesh);
     Form(i_job, model, tipping, process, i_options, io_observer, layers);
 
     io_observer.Enter("results");

@@ -7,6 +7,7 @@
 #include "FieldPictures.h"
 #include "FormingChart.h"
 #include "Html.h"
+#include "IncrementalReport.h"
 #include "OutputFile.h"
 #include "ReportSections.h"
 #include "Viewer.h"
@@ -82,7 +83,8 @@ std::string head(Outcome const & outcome)
 {
     std::string html = "<header>\n<h1>" + Escaped(outcome.title) + "</h1>\n<p>" + Escaped(outcome.materialName) +
                        ", t = " + Fixed(outcome.firstThickness, 3) + " mm; route: " + Escaped(outcome.route) +
-                       "</p>\n" + verdict(outcome) + "</header>\n";
+                       "</p>\n" + (outcome.HasResults() ? verdict(outcome) : "") + "</header>\n";
+    bool const hasResults = outcome.HasResults();
     html += "<nav aria-label=\"Sections\">";
     struct Section
     {
@@ -91,14 +93,16 @@ std::string head(Outcome const & outcome)
         bool isThere;
     };
     for (auto const & [id, name, isThere] :
-         std::initializer_list<Section>{{"summary", "Summary", true},
-                                        {"part", "Part", true},
+         std::initializer_list<Section>{{"deck", "Deck", outcome.incremental.has_value()},
+                                        {"steps", "Steps", outcome.imported.has_value()},
+                                        {"summary", "Summary", hasResults},
+                                        {"part", "Part", hasResults},
                                         {"layers", "Layers", !outcome.top.empty()},
-                                        {"fld", "Forming limit", true},
-                                        {"zones", "Zones", true},
+                                        {"fld", "Forming limit", hasResults},
+                                        {"zones", "Zones", hasResults},
                                         {"tube", "Tube", outcome.tube.has_value()},
-                                        {"blank", "Blank", true},
-                                        {"forces", "Forces", !outcome.tube.has_value()},
+                                        {"blank", "Blank", hasResults && outcome.hasBlank},
+                                        {"forces", "Forces", hasResults && !outcome.imported && !outcome.tube},
                                         {"springback", "Springback", outcome.springback.has_value()},
                                         {"tipping", "Tipping", true},
                                         {"checks", "Checks", true},
@@ -115,9 +119,12 @@ std::string summary(Outcome const & outcome)
     auto const add = [&](std::string name, std::string value) {
         table.rows.push_back({std::move(name), std::move(value)});
     };
-    add("Blank, along x and y", Fixed(s.blankWidth, 2) + " x " + Fixed(s.blankHeight, 2) + " mm");
-    add("Blank area", Fixed(s.blankArea, 1) + " mm2");
-    add("Blank mass", Fixed(s.blankMass, 4) + " kg");
+    if (outcome.hasBlank)
+    {
+        add("Blank, along x and y", Fixed(s.blankWidth, 2) + " x " + Fixed(s.blankHeight, 2) + " mm");
+        add("Blank area", Fixed(s.blankArea, 1) + " mm2");
+        add("Blank mass", Fixed(s.blankMass, 4) + " kg");
+    }
     if (s.symmetryFactor > 1)
         add("The whole part is " + std::to_string(s.symmetryFactor) + " such models",
             Fixed(s.symmetryFactor * s.blankArea, 1) + " mm2, " + Fixed(s.symmetryFactor * s.blankMass, 4) + " kg");
@@ -127,11 +134,13 @@ std::string summary(Outcome const & outcome)
     for (int code = -1; code <= 4; ++code)
         if (code >= 0 || share(outcome, code) > 0.0)
             add(std::string("Elements: ") + SafetyName(code), percent(share(outcome, code)));
-    if (!outcome.tube) // no punch forms it
+    if (!outcome.imported && !outcome.tube) // records hold no forces; no punch forms a tube
         add("Punch force", Fixed(s.punchForce / 1000.0, 2) + " kN");
     if (outcome.springback)
         add("Largest deviation after springback", Fixed(outcome.springback->Figures().largest, 3) + " mm");
-    add("Undercut elements", std::to_string(s.undercutElements) + " (up to " + Fixed(s.undercutAngle, 2) + " degrees)");
+    if (!outcome.undercut.empty())
+        add("Undercut elements",
+            std::to_string(s.undercutElements) + " (up to " + Fixed(s.undercutAngle, 2) + " degrees)");
     return "<section id=\"summary\">\n<h2>Summary</h2>\n" + Table(table) + "</section>\n";
 }
 
@@ -232,8 +241,11 @@ std::string tipping(Outcome const & outcome)
                           Fixed(outcome.frame.origin(2), 3)});
     OutcomeSummary const & s = outcome.summary;
     std::string html = "<section id=\"tipping\">\n<h2>Tipping</h2>\n" + Table(table) + "<p>Draw depth " +
-                       Fixed(s.drawDepth, 2) + " mm. " + std::to_string(s.undercutElements) +
-                       " elements are undercut, the worst by " + Fixed(s.undercutAngle, 2) + " degrees.</p>\n";
+                       Fixed(s.drawDepth, 2) + " mm.";
+    if (!outcome.undercut.empty())
+        html += " " + std::to_string(s.undercutElements) + " elements are undercut, the worst by " +
+                Fixed(s.undercutAngle, 2) + " degrees.";
+    html += "</p>\n";
     if (s.undercutElements > 0 && outcome.undercut.size() == outcome.elements.size())
         html += Figure(DrawZones(outcome, ZoneKind::Undercut), "Elements that face away from the stamping direction.");
     return html + "</section>\n";
@@ -281,20 +293,27 @@ std::string provenance(Outcome const & outcome)
     return html + "</section>\n";
 }
 
+// What became of the sheet.
+std::string results(Outcome const & outcome)
+{
+    return summary(outcome) + part(outcome) + LayersSection(outcome) + formingLimit(outcome) + ZoneSection(outcome) +
+           TubeSection(outcome) + (outcome.hasBlank ? blank(outcome) : "") + (outcome.imported ? "" : forces(outcome)) +
+           SpringbackSection(outcome);
+}
+
 } // namespace
 
 void WriteReport(Outcome const & i_outcome, std::string const & i_path)
 {
     OutputFile page(i_path);
+    bool const hasResults = i_outcome.HasResults();
     page << "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n<meta name=\"viewport\" "
             "content=\"width=device-width, initial-scale=1\">\n<title>"
          << Escaped(i_outcome.title) << "</title>\n"
          << kStyle << "</head>\n<body>\n"
          << head(i_outcome) << "<main>\n"
-         << summary(i_outcome) << part(i_outcome) << LayersSection(i_outcome) << formingLimit(i_outcome)
-         << ZoneSection(i_outcome) << TubeSection(i_outcome) << blank(i_outcome) << forces(i_outcome)
-         << SpringbackSection(i_outcome) << tipping(i_outcome) << checks(i_outcome) << provenance(i_outcome)
-         << "</main>\n</body>\n</html>\n";
+         << DeckSection(i_outcome) << StepsSection(i_outcome) << (hasResults ? results(i_outcome) : "")
+         << tipping(i_outcome) << checks(i_outcome) << provenance(i_outcome) << "</main>\n</body>\n</html>\n";
     page.Commit();
 }
 

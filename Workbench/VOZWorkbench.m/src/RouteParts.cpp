@@ -3,6 +3,7 @@
 #include "RouteParts.h"
 
 #include "FileRoute.h"
+#include "IncrementalRoute.h"
 #include "KernelRoute.h"
 #include "OutputFile.h"
 #include "Quantity.h"
@@ -24,7 +25,7 @@ constexpr std::size_t kPathBytes = 256; // of the configuration's path and of th
 
 std::vector<std::string> RouteNames()
 {
-    return {kKernelRoute, kFileRoute};
+    return {kKernelRoute, kFileRoute, kIncrementalRoute};
 }
 
 std::unique_ptr<Route> MakeRoute(std::string const & i_name, std::string const & i_solver)
@@ -33,7 +34,10 @@ std::unique_ptr<Route> MakeRoute(std::string const & i_name, std::string const &
         return std::make_unique<FileRoute>(i_solver);
     if (i_name == kKernelRoute)
         return std::make_unique<KernelRoute>();
-    throw InputError("--route", 0, 0, "there is no route \"" + i_name + "\"; the routes are kernel and file");
+    if (i_name == kIncrementalRoute)
+        return std::make_unique<IncrementalRoute>();
+    throw InputError("--route", 0, 0,
+                     "there is no route \"" + i_name + "\"; the routes are kernel, file and incremental");
 }
 
 std::string InFolder(std::string const & i_folder, char const * i_name)

@@ -8,6 +8,8 @@
 
 #include "VOZHost.h"
 
+#include <map>
+
 namespace voz::workbench
 {
 
@@ -17,7 +19,9 @@ class RouteHost : public VOZHost
 {
 public:
     RouteHost(std::string i_root, std::string i_files, int i_steps)
-        : mRoot(std::move(i_root)), mFiles(std::move(i_files)), mSteps(std::to_string(i_steps)),
+        : mValues{{"VOZDRAVO3D", std::move(i_root)},
+                  {"CATTemp", std::move(i_files)},
+                  {"VOZStrokeSteps", std::to_string(i_steps)}},
           mOuter(VOZHost::Current())
     {
         Install(this);
@@ -28,10 +32,9 @@ public:
 
     std::optional<std::string> EnvironmentValue(std::string const & i_name) override
     {
-        return i_name == "VOZDRAVO3D"       ? mRoot
-               : i_name == "CATTemp"        ? mFiles
-               : i_name == "VOZStrokeSteps" ? mSteps
-                                            : mOuter.EnvironmentValue(i_name);
+        if (auto const own = mValues.find(i_name); own != mValues.end())
+            return own->second;
+        return mOuter.EnvironmentValue(i_name);
     }
     std::shared_ptr<VOZHostDocument> CurrentDocument() override { return nullptr; }
     void BrokenContract(std::string const & i_text, std::string const & i_file, int i_line) override
@@ -39,10 +42,11 @@ public:
         mOuter.BrokenContract(i_text, i_file, i_line);
     }
 
+protected:
+    void Set(std::string const & i_name, std::string const & i_value) { mValues[i_name] = i_value; }
+
 private:
-    std::string mRoot;
-    std::string mFiles;
-    std::string mSteps;
+    std::map<std::string, std::string> mValues;
     VOZHost & mOuter;
 };
 

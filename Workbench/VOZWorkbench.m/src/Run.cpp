@@ -7,6 +7,7 @@
 #include "OutputFile.h"
 #include "Report.h"
 #include "RunChecks.h"
+#include "RunParts.h"
 #include "Sha256.h"
 #include "TextFile.h"
 #include "Version.h"
@@ -28,7 +29,6 @@ namespace fs = std::filesystem;
 using Clock = std::chrono::steady_clock;
 
 constexpr int kLastNumber = 999999;
-constexpr char const * kSolverFolder = "solver";
 
 std::string Numbered(std::string const & i_name, int i_number)
 {
@@ -102,6 +102,11 @@ std::vector<OutcomeInput> HashInputs(Job const & i_job)
         add(i_job.mesh);
     if (i_job.binder)
         add(i_job.binder->mesh);
+    if (i_job.incremental)
+        for (std::string const * const path : {&i_job.incremental->blank, &i_job.incremental->die,
+                                               &i_job.incremental->punch, &i_job.incremental->binder})
+            if (!path->empty())
+                add(*path);
     return inputs;
 }
 
@@ -120,6 +125,8 @@ void CompareWithLock(Job const & i_job, std::vector<OutcomeInput> const & i_inpu
         }
 }
 
+} // namespace
+
 void WriteOutputs(Job const & i_job, RunRecord & io_record)
 {
     fs::path const folder(io_record.folder);
@@ -135,31 +142,31 @@ void WriteOutputs(Job const & i_job, RunRecord & io_record)
     options.version = i_job.outputs.isDxfR12 ? DxfVersion::R12 : DxfVersion::R2000;
     if (i_job.outputs.report)
         WriteReport(outcome, path("report", "report.html"));
-    if (i_job.outputs.dxf)
+    if (i_job.outputs.dxf && outcome.hasBlank)
         WriteBlankDxf(outcome, options, path("blank, DXF", "blank.dxf"));
-    if (i_job.outputs.svg)
+    if (i_job.outputs.svg && outcome.hasBlank)
         WriteBlankSvg(outcome, options, path("blank, SVG", "blank.svg"));
-    if (i_job.outputs.vtu)
+    if (i_job.outputs.vtu && outcome.HasResults())
     {
         WriteVtu(outcome, folder.string());
         path("results, VTU", "results.pvd");
     }
-    if (i_job.outputs.tables)
+    if (i_job.outputs.tables && outcome.HasResults())
     {
         WriteTables(outcome, folder.string());
         path("tables, CSV", "elements.csv");
     }
-    if (i_job.outputs.dyna)
+    if (i_job.outputs.dyna && outcome.HasResults())
     {
         WriteFormedDyna(outcome, i_job.materials, folder.string());
         path("formed blank, LS-DYNA", "formed_main.k");
     }
-    if (i_job.outputs.nastran)
+    if (i_job.outputs.nastran && outcome.HasResults())
     {
         WriteFormedNastran(outcome, i_job.materials, folder.string());
         path("formed blank, NASTRAN", "formed.bdf");
     }
-    if (i_job.outputs.displacements)
+    if (i_job.outputs.displacements && outcome.HasResults() && outcome.hasBlank)
         WriteDisplacementTable(outcome, path("displacements", "displacements.txt"));
 }
 
@@ -170,6 +177,13 @@ void WriteJson(std::string const & i_path, nlohmann::json const & i_json)
     file.Commit();
 }
 
+std::string OutFolder(Job const & i_job, std::string const & i_out)
+{
+    return !i_out.empty() ? i_out : !i_job.outputs.folder.empty() ? i_job.outputs.folder : "out";
+}
+
+namespace
+{
 // A folder without a result says why; if not even that can be written, the first error is the one to tell.
 void LeaveNote(std::string const & i_folder, char const * i_status, std::string const & i_reason)
 {
@@ -193,7 +207,10 @@ void RunInFolder(Job const & i_job, RunOptions const & i_options, Route const & 
 
     std::string const lock = (fs::path(io_record.folder) / "job.lock.toml").string();
     OutputFile lockFile(lock);
-    lockFile << LockedJob(i_job, inputs, io_record.folder);
+    Job locked = i_job;
+    if (i_options.route == kIncrementalRoute && !locked.incremental)
+        locked.incremental.emplace();
+    lockFile << LockedJob(locked, inputs, io_record.folder);
     lockFile.Commit();
 
     std::vector<OutcomeStage> stages;
@@ -205,7 +222,8 @@ void RunInFolder(Job const & i_job, RunOptions const & i_options, Route const & 
     outcome = i_route.Run(i_job, i_model, route, clock);
     warnings.insert(warnings.end(), outcome.warnings.begin(), outcome.warnings.end());
     outcome.warnings = std::move(warnings);
-    AnalyseOutcome(outcome);
+    if (outcome.HasResults())
+        AnalyseOutcome(outcome);
     outcome.parameters = i_job.parameters;
     outcome.inputs = inputs;
     outcome.command = i_options.command;
@@ -222,11 +240,6 @@ void RunInFolder(Job const & i_job, RunOptions const & i_options, Route const & 
     WriteJson(summary, SummaryJson(io_record));
     io_record.files.push_back({"summary", summary});
     io_record.files.push_back({"locked job", lock});
-}
-
-std::string OutFolder(Job const & i_job, std::string const & i_out)
-{
-    return !i_out.empty() ? i_out : !i_job.outputs.folder.empty() ? i_job.outputs.folder : "out";
 }
 } // namespace
 

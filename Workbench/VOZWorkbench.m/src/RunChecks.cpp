@@ -93,15 +93,18 @@ OutcomeCheck CurveCheck(Outcome const & i_outcome)
 
 std::vector<OutcomeCheck> CheckOutcome(Job const & i_job, Outcome const & i_outcome)
 {
-    int const undercut = i_outcome.summary.undercutElements;
-    std::vector<OutcomeCheck> checks = {VolumeCheck(i_outcome),
-                                        FlatCheck(i_outcome),
-                                        CrossingCheck(i_outcome),
-                                        TurnedCheck(i_outcome),
-                                        ZoneCheck(i_outcome, 0, "elements beyond the limit (failure)"),
-                                        ZoneCheck(i_outcome, -1, "elements with an impossible strain pair"),
-                                        {"undercut elements", std::to_string(undercut), "0", undercut == 0, true},
-                                        CurveCheck(i_outcome)};
+    if (!i_outcome.HasResults())
+        return {};
+    std::vector<OutcomeCheck> checks;
+    if (i_outcome.hasBlank)
+        checks = {VolumeCheck(i_outcome), FlatCheck(i_outcome), CrossingCheck(i_outcome), TurnedCheck(i_outcome)};
+    checks.push_back(ZoneCheck(i_outcome, 0, "elements beyond the limit (failure)"));
+    checks.push_back(ZoneCheck(i_outcome, -1, "elements with an impossible strain pair"));
+    if (int const undercut = i_outcome.summary.undercutElements; !i_outcome.undercut.empty())
+        checks.push_back({"undercut elements", std::to_string(undercut), "0", undercut == 0, true});
+    checks.push_back(CurveCheck(i_outcome));
+    if (!i_outcome.hasBlank)
+        return checks;
     if (std::optional<OutcomeCheck> const symmetry = SymmetryCheck(i_job, i_outcome))
         checks.push_back(*symmetry);
     return checks;

@@ -1,5 +1,6 @@
 // RunSummary.cpp: the figures of a run, for people and for scripts.
 
+#include "IncrementalSummary.h"
 #include "OutcomeAnalysis.h"
 #include "OutputFile.h"
 #include "Run.h"
@@ -191,11 +192,108 @@ std::string SpringbackText(SpringbackOutcome const & i_springback)
            (i_springback.after.empty() ? "" : "; aligned " + figures(i_springback.figuresAfter));
 }
 
+void BlankText(Outcome const & i_outcome, std::string & io_text)
+{
+    double const factor = i_outcome.summary.symmetryFactor;
+    Row(io_text, "Blank size", Fixed(WholeWidth(i_outcome), 2) + " x " + Fixed(WholeHeight(i_outcome), 2) + " mm");
+    Row(io_text, "Blank area", Fixed(factor * i_outcome.summary.blankArea, 1) + " mm2");
+    Row(io_text, "Blank mass", Fixed(factor * i_outcome.summary.blankMass, 4) + " kg");
+}
+
 std::string Verdict(OutcomeSummary const & i_summary)
 {
     if (Share(i_summary, 0) > 0.0)
         return "fails";
     return Share(i_summary, 1) > 0.0 ? "marginal" : "safe";
+}
+
+// What became of the sheet.
+void SheetText(RunRecord const & i_record, std::string & io_text)
+{
+    Outcome const & outcome = i_record.outcome;
+    OutcomeSummary const & summary = outcome.summary;
+    auto const elementId = [&](int i_element)
+    { return std::to_string(i_record.elementIds[static_cast<std::size_t>(i_element)]); };
+    if (outcome.hasBlank)
+        BlankText(outcome, io_text);
+    Row(io_text, "Thickness",
+        Fixed(summary.leastThickness, 4) + " mm (element " + elementId(summary.leastThicknessElement) + ") to " +
+            Fixed(summary.greatestThickness, 4) + " mm (element " + elementId(summary.greatestThicknessElement) + ")");
+    std::string zones;
+    for (ZoneName const & zone : kZones)
+        if (zone.code != -1 || Share(summary, -1) > 0.0)
+            zones += (zones.empty() ? "" : ", ") + Fixed(100.0 * Share(summary, zone.code), 1) + " % " + zone.text;
+    Row(io_text, "Elements", zones);
+    Row(io_text, "Forming", Verdict(summary));
+    if (outcome.tube)
+        Row(io_text, "Tube",
+            "radius " + Fixed(outcome.tube->radius, 2) + " mm, length " + Fixed(outcome.tube->length, 2) + " mm");
+    else if (!outcome.imported) // whose records hold no forces
+        Row(io_text, "Punch force", Fixed(summary.symmetryFactor * summary.punchForce / 1000.0, 2) + " kN");
+    if (outcome.springback)
+        Row(io_text, "Springback", SpringbackText(*outcome.springback));
+    if (!outcome.undercut.empty())
+        Row(io_text, "Undercuts",
+            summary.undercutElements == 0 ? "none"
+                                          : std::to_string(summary.undercutElements) + " elements, up to " +
+                                                Fixed(summary.undercutAngle, 1) + " deg");
+}
+
+void BlankJson(RunRecord const & i_record, nlohmann::json & io_json)
+{
+    Outcome const & outcome = i_record.outcome;
+    io_json = JsonOf(outcome.summary, outcome);
+    io_json["model_crossings"] = CrossingsOf(i_record);
+    io_json["model_turned_elements"] = nlohmann::json::array();
+    for (int const e : outcome.flat.turned)
+        io_json["model_turned_elements"].push_back(i_record.elementIds[static_cast<std::size_t>(e) - 1]);
+}
+
+void SheetJson(RunRecord const & i_record, nlohmann::json & io_json)
+{
+    Outcome const & outcome = i_record.outcome;
+    OutcomeSummary const & summary = outcome.summary;
+    io_json["nodes"] = outcome.nodes.size();
+    io_json["elements"] = outcome.elements.size();
+    io_json["verdict"] = Verdict(summary);
+    io_json["draw_depth_mm"] = Rounded(summary.drawDepth);
+    if (!outcome.imported)
+    {
+        io_json["punch_force_N"] = Rounded(summary.symmetryFactor * summary.punchForce);
+        io_json["model_punch_force_N"] = Rounded(summary.punchForce);
+    }
+    if (outcome.hasBlank)
+        BlankJson(i_record, io_json["blank"]);
+    io_json["zones"] = ZonesOf(i_record);
+    io_json["sheet"] = {
+        {"least_mm", Rounded(summary.leastThickness)},
+        {"least_element", i_record.elementIds[static_cast<std::size_t>(summary.leastThicknessElement)]},
+        {"greatest_mm", Rounded(summary.greatestThickness)},
+        {"greatest_element", i_record.elementIds[static_cast<std::size_t>(summary.greatestThicknessElement)]}};
+    io_json["strains"] = StrainsOf(outcome.elements);
+    if (!outcome.top.empty())
+    {
+        io_json["strains"]["top"] = StrainsOf(outcome.top);
+        io_json["strains"]["bottom"] = StrainsOf(outcome.bottom);
+    }
+    if (outcome.tube)
+    {
+        io_json["punch_force_N"] = io_json["model_punch_force_N"] = nullptr; // no punch forms it
+        io_json["tube"] = {{"radius_mm", Rounded(outcome.tube->radius)},
+                           {"length_mm", Rounded(outcome.tube->length)},
+                           {"area_mm2", Rounded(outcome.tube->area)},
+                           {"seam_gap_mm", Rounded(outcome.tube->gap)},
+                           {"seam_nodes", outcome.tube->seam.size()}};
+    }
+    if (outcome.springback)
+        io_json["springback"] = SpringbackOf(i_record);
+    for (ZoneName const & zone : kZones)
+    {
+        io_json["share_of_elements"][zone.key] = Rounded(Share(summary, zone.code));
+        io_json["share_of_area"][zone.key] = Rounded(ByArea(summary, zone.code));
+    }
+    if (!outcome.undercut.empty())
+        io_json["undercut"] = {{"elements", summary.undercutElements}, {"angle_deg", Rounded(summary.undercutAngle)}};
 }
 } // namespace
 
@@ -203,37 +301,14 @@ std::string SummaryText(RunRecord const & i_record)
 {
     Outcome const & outcome = i_record.outcome;
     OutcomeSummary const & summary = outcome.summary;
-    double const factor = summary.symmetryFactor;
-    auto const elementId = [&](int i_element)
-    { return std::to_string(i_record.elementIds[static_cast<std::size_t>(i_element)]); };
-
     std::string text = outcome.title + "\n";
-    if (summary.symmetryFactor > 1)
+    if (summary.symmetryFactor > 1 && outcome.HasResults())
         Row(text, "Model", "1/" + std::to_string(summary.symmetryFactor) + " of the part; figures of the whole part");
     Row(text, "Material", outcome.materialName + ", " + Shortest(outcome.firstThickness) + " mm");
-    Row(text, "Blank size", Fixed(WholeWidth(outcome), 2) + " x " + Fixed(WholeHeight(outcome), 2) + " mm");
-    Row(text, "Blank area", Fixed(factor * summary.blankArea, 1) + " mm2");
-    Row(text, "Blank mass", Fixed(factor * summary.blankMass, 4) + " kg");
-    Row(text, "Thickness",
-        Fixed(summary.leastThickness, 4) + " mm (element " + elementId(summary.leastThicknessElement) + ") to " +
-            Fixed(summary.greatestThickness, 4) + " mm (element " + elementId(summary.greatestThicknessElement) + ")");
-    std::string zones;
-    for (ZoneName const & zone : kZones)
-        if (zone.code != -1 || Share(summary, -1) > 0.0)
-            zones += (zones.empty() ? "" : ", ") + Fixed(100.0 * Share(summary, zone.code), 1) + " % " + zone.text;
-    Row(text, "Elements", zones);
-    Row(text, "Forming", Verdict(summary));
-    if (outcome.tube)
-        Row(text, "Tube",
-            "radius " + Fixed(outcome.tube->radius, 2) + " mm, length " + Fixed(outcome.tube->length, 2) + " mm");
-    else
-        Row(text, "Punch force", Fixed(factor * summary.punchForce / 1000.0, 2) + " kN");
-    if (outcome.springback)
-        Row(text, "Springback", SpringbackText(*outcome.springback));
-    Row(text, "Undercuts",
-        summary.undercutElements == 0 ? "none"
-                                      : std::to_string(summary.undercutElements) + " elements, up to " +
-                                            Fixed(summary.undercutAngle, 1) + " deg");
+    for (auto const & [name, value] : IncrementalRows(outcome))
+        Row(text, name, value);
+    if (outcome.HasResults())
+        SheetText(i_record, text);
     for (OutcomeCheck const & check : outcome.checks)
         if (!check.passed)
             Row(text, check.isWarning ? "Look at" : "Check failed",
@@ -247,7 +322,6 @@ std::string SummaryText(RunRecord const & i_record)
 nlohmann::json SummaryJson(RunRecord const & i_record)
 {
     Outcome const & outcome = i_record.outcome;
-    OutcomeSummary const & summary = outcome.summary;
     nlohmann::json json = {
         {"schema", 1},
         {"status", "done"},
@@ -257,48 +331,11 @@ nlohmann::json SummaryJson(RunRecord const & i_record)
         {"material", outcome.materialName},
         {"thickness_mm", outcome.firstThickness},
         {"fld0_percent", Rounded(outcome.limit.fldZero())},
-        {"symmetry_factor", summary.symmetryFactor},
-        {"nodes", outcome.nodes.size()},
-        {"elements", outcome.elements.size()},
-        {"verdict", Verdict(summary)},
-        {"punch_force_N", Rounded(summary.symmetryFactor * summary.punchForce)},
-        {"model_punch_force_N", Rounded(summary.punchForce)},
-        {"draw_depth_mm", Rounded(summary.drawDepth)},
+        {"symmetry_factor", outcome.summary.symmetryFactor},
     };
-    json["blank"] = JsonOf(summary, outcome);
-    json["blank"]["model_crossings"] = CrossingsOf(i_record);
-    json["blank"]["model_turned_elements"] = nlohmann::json::array();
-    for (int const e : outcome.flat.turned)
-        json["blank"]["model_turned_elements"].push_back(i_record.elementIds[static_cast<std::size_t>(e) - 1]);
-    json["zones"] = ZonesOf(i_record);
-    json["sheet"] = {
-        {"least_mm", Rounded(summary.leastThickness)},
-        {"least_element", i_record.elementIds[static_cast<std::size_t>(summary.leastThicknessElement)]},
-        {"greatest_mm", Rounded(summary.greatestThickness)},
-        {"greatest_element", i_record.elementIds[static_cast<std::size_t>(summary.greatestThicknessElement)]}};
-    json["strains"] = StrainsOf(outcome.elements);
-    if (!outcome.top.empty())
-    {
-        json["strains"]["top"] = StrainsOf(outcome.top);
-        json["strains"]["bottom"] = StrainsOf(outcome.bottom);
-    }
-    if (outcome.tube)
-    {
-        json["punch_force_N"] = json["model_punch_force_N"] = nullptr; // no punch forms it
-        json["tube"] = {{"radius_mm", Rounded(outcome.tube->radius)},
-                        {"length_mm", Rounded(outcome.tube->length)},
-                        {"area_mm2", Rounded(outcome.tube->area)},
-                        {"seam_gap_mm", Rounded(outcome.tube->gap)},
-                        {"seam_nodes", outcome.tube->seam.size()}};
-    }
-    if (outcome.springback)
-        json["springback"] = SpringbackOf(i_record);
-    for (ZoneName const & zone : kZones)
-    {
-        json["share_of_elements"][zone.key] = Rounded(Share(summary, zone.code));
-        json["share_of_area"][zone.key] = Rounded(ByArea(summary, zone.code));
-    }
-    json["undercut"] = {{"elements", summary.undercutElements}, {"angle_deg", Rounded(summary.undercutAngle)}};
+    if (outcome.HasResults())
+        SheetJson(i_record, json);
+    json.update(IncrementalJson(outcome));
     json.update(ListsOf(outcome));
     json["files"] = nlohmann::json::object();
     for (RunFile const & file : i_record.files)

@@ -147,7 +147,8 @@ void measureElements(Outcome & outcome)
 
 void Summarise(Outcome & io_outcome)
 {
-    findLoops(io_outcome);
+    if (io_outcome.hasBlank)
+        findLoops(io_outcome);
     measureBlank(io_outcome);
     measureElements(io_outcome);
     io_outcome.summary.drawDepth = ExtentAlong(io_outcome.part, io_outcome.frame, 2);

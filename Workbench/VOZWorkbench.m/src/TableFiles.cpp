@@ -24,16 +24,20 @@ void row(OutputFile & file, std::size_t number, std::initializer_list<double> va
 void writeNodes(Outcome const & outcome, std::string const & path)
 {
     OutputFile file(path);
-    file << "node,x (mm),y (mm),z (mm),flat x (mm),flat y (mm),dx (mm),dy (mm),dz (mm),thickness (mm),major strain "
-            "(%),minor strain (%),safety zone,forming zone\n";
+    file << "node,x (mm),y (mm),z (mm)" << (outcome.hasBlank ? ",flat x (mm),flat y (mm),dx (mm),dy (mm),dz (mm)" : "")
+         << ",thickness (mm),major strain (%),minor strain (%),safety zone,forming zone\n";
     for (std::size_t n = 0; n < outcome.nodes.size(); ++n)
     {
         double const * const p = outcome.part.GetNodeData()[n + 1];
         NodeOutcome const & node = outcome.nodes[n];
         Point3 const & d = node.displacement;
-        row(file, n + 1,
-            {p[0], p[1], p[2], node.flat[0], node.flat[1], d[0], d[1], d[2], node.thickness, node.major, node.minor},
-            {node.safety, node.forming});
+        if (outcome.hasBlank)
+            row(file, n + 1,
+                {p[0], p[1], p[2], node.flat[0], node.flat[1], d[0], d[1], d[2], node.thickness, node.major,
+                 node.minor},
+                {node.safety, node.forming});
+        else
+            row(file, n + 1, {p[0], p[1], p[2], node.thickness, node.major, node.minor}, {node.safety, node.forming});
     }
     file.Commit();
 }

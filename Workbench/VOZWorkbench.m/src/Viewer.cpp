@@ -120,7 +120,7 @@ Json viewData(Outcome const & outcome)
         for (std::size_t c = 0; c < 3; ++c)
         {
             part.push_back(static_cast<float>(nodes[n][c]));
-            flat.push_back(static_cast<float>(outcome.nodes[n].flat[c]));
+            flat.push_back(static_cast<float>(outcome.hasBlank ? outcome.nodes[n].flat[c] : nodes[n][c]));
         }
     Triangles const triangles = triangulated(outcome.part);
     using E = ElementOutcome;
@@ -156,8 +156,9 @@ std::string Viewer(Outcome const & i_outcome)
            "<canvas id=\"view-canvas\" tabindex=\"0\" role=\"img\" aria-label=\"The part in three dimensions: arrow "
            "keys "
            "turn, plus and minus zoom\"></canvas>\n"
-           "<p><label>Blank <input id=\"view-stage\" type=\"range\" min=\"0\" max=\"100\" value=\"100\"> "
-           "part</label> " +
+           "<p><label" +
+           std::string(i_outcome.hasBlank ? "" : " hidden") +
+           ">Blank <input id=\"view-stage\" type=\"range\" min=\"0\" max=\"100\" value=\"100\"> part</label> " +
            std::string(i_outcome.springback
                            ? "<label>Springback <input id=\"view-sprung\" type=\"range\" min=\"0\" max=\"100\" "
                              "value=\"0\"></label> <output id=\"view-times\" for=\"view-sprung\"></output> "

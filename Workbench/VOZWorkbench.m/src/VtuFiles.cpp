@@ -9,6 +9,7 @@
 
 #include <zlib.h>
 
+#include <algorithm>
 #include <bit>
 #include <cmath>
 #include <cstdint>
@@ -208,7 +209,8 @@ void writePointFields(VtuWriter & vtu, Outcome const & outcome)
     using N = NodeOutcome;
     auto const & rows = outcome.nodes;
     vtu.Head("<PointData>\n");
-    writeVectors(vtu, "displacement part to blank (mm)", rows, [](N const & n) { return n.displacement; });
+    if (outcome.hasBlank)
+        writeVectors(vtu, "displacement part to blank (mm)", rows, [](N const & n) { return n.displacement; });
     if (outcome.hasBinder)
         writeVectors(vtu, "displacement part to binder (mm)", rows, [](N const & n) { return n.onBinder; });
     writeField(vtu, "thickness at nodes (mm)", rows, [](N const & n) { return n.thickness; });
@@ -270,36 +272,70 @@ void writeSprung(Outcome const & outcome, std::string const & path)
     vtu.Commit();
 }
 
+struct SeriesStage
+{
+    std::string time;
+    std::string name; // of the stage and of its file
+};
+
+void writeSeries(std::vector<SeriesStage> const & stages, std::string const & path)
+{
+    OutputFile series(path);
+    series << "<?xml version=\"1.0\"?>\n<VTKFile type=\"Collection\" version=\"0.1\">\n<Collection>\n";
+    for (SeriesStage const & stage : stages)
+        series << "<DataSet timestep=\"" << stage.time << "\" part=\"0\" name=\"" << stage.name << "\" file=\""
+               << stage.name << ".vtu\"/>\n";
+    series << "</Collection>\n</VTKFile>\n";
+    series.Commit();
+}
+
+// The steps of an explicit solver, by their numbers where the times are not known.
+std::vector<SeriesStage> writeSteps(Outcome const & outcome, std::string const & folder)
+{
+    bool const isTimed = std::ranges::any_of(outcome.steps, [](Outcome const & step)
+                                             { return step.imported && step.imported->output.time > 0.0; });
+    std::vector<SeriesStage> stages;
+    for (Outcome const & step : outcome.steps)
+    {
+        int const number = step.imported ? step.imported->step : 0;
+        stages.push_back({isTimed ? Shortest(step.imported->output.time) : std::to_string(number),
+                          "step-" + std::to_string(number)});
+        writeGrid(step, Shape::Part, folder + "/" + stages.back().name + ".vtu");
+    }
+    return stages;
+}
+
 } // namespace
 
 void WriteVtu(Outcome const & i_outcome, std::string const & i_folder)
 {
-    std::vector<std::string> stages = {"blank"};
-    writeGrid(i_outcome, Shape::Blank, i_folder + "/blank.vtu");
-    if (i_outcome.hasBinder)
-    {
-        stages.emplace_back("binder");
-        writeGrid(i_outcome, Shape::OnBinder, i_folder + "/binder.vtu");
-    }
-    stages.emplace_back("part");
-    writeGrid(i_outcome, Shape::Part, i_folder + "/part.vtu");
+    if (!i_outcome.steps.empty())
+        return writeSeries(writeSteps(i_outcome, i_folder), i_folder + "/results.pvd");
+    std::vector<SeriesStage> stages;
+    auto const add = [&stages](char const * name) { stages.push_back({std::to_string(stages.size()), name}); };
     if (i_outcome.tube)
     {
-        stages.insert(stages.begin(), "tube");
+        add("tube");
         writeGrid(i_outcome, Shape::Tube, i_folder + "/tube.vtu");
     }
+    if (i_outcome.hasBlank)
+    {
+        add("blank");
+        writeGrid(i_outcome, Shape::Blank, i_folder + "/blank.vtu");
+    }
+    if (i_outcome.hasBinder)
+    {
+        add("binder");
+        writeGrid(i_outcome, Shape::OnBinder, i_folder + "/binder.vtu");
+    }
+    add("part");
+    writeGrid(i_outcome, Shape::Part, i_folder + "/part.vtu");
     if (i_outcome.springback)
     {
-        stages.emplace_back("springback");
+        add("springback");
         writeSprung(i_outcome, i_folder + "/springback.vtu");
     }
-    OutputFile series(i_folder + "/results.pvd");
-    series << "<?xml version=\"1.0\"?>\n<VTKFile type=\"Collection\" version=\"0.1\">\n<Collection>\n";
-    for (std::size_t i = 0; i < stages.size(); ++i)
-        series << "<DataSet timestep=\"" << static_cast<int>(i) << "\" part=\"0\" name=\"" << stages[i] << "\" file=\""
-               << stages[i] << ".vtu\"/>\n";
-    series << "</Collection>\n</VTKFile>\n";
-    series.Commit();
+    writeSeries(stages, i_folder + "/results.pvd");
 }
 
 } // namespace voz::workbench

@@ -6,7 +6,6 @@
 
 #include <nlohmann/json.hpp>
 
-
 namespace voz::workbench
 {
 

@@ -15,6 +15,7 @@
 #include <array>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace voz::workbench
@@ -173,9 +174,10 @@ struct IncrementalFigures
     double leastElement = 0.0;        // mm
     std::vector<IncrementalOutput> outputs;
     std::vector<IncrementalMesh> meshes;
-    std::vector<std::array<double, 2>> punchCurve; // corners: s, m/s
-    std::vector<std::string> remarks;              // what was made, and how
-    std::vector<std::string> files;                // of the deck, in its folder
+    std::vector<std::array<double, 2>> punchCurve;             // corners: s, m/s
+    std::vector<std::string> remarks;                          // what was made, and how
+    std::vector<std::string> files;                            // of the deck, in its folder
+    std::vector<std::pair<std::string, std::string>> openDeck; // what differs in a deck for open solvers: keyword, why
 };
 
 struct ImportedStep // of the explicit solver's results

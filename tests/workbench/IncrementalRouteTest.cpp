@@ -39,6 +39,7 @@ protected:
         EXPECT_NEAR(outcome.incremental->binderForce, force, kDigits * force) << "and the same is told";
         return force;
     }
+    std::string ReadText(std::string const & i_name) const { return TextIfThere(InSolver(i_name)); }
     static bool Holds(std::string const & i_text, std::string const & i_part)
     {
         return i_text.find(i_part) != std::string::npos;
@@ -287,6 +288,18 @@ TEST_F(IncrementalRouteTest, TheSectionOfTheReportShowsNumbersTimesAndCurve)
     nlohmann::json const json = IncrementalJson(outcome);
     EXPECT_NEAR(json["incremental"]["stroke_mm"].get<double>(), 39.22, 1e-6);
     EXPECT_EQ(json["incremental"]["meshes"].size(), 3U);
+}
+
+TEST_F(IncrementalRouteTest, TheDeckForOpenSolversStandsBesideTheOtherWithWhatDiffers)
+{
+    WriteTools();
+    EXPECT_TRUE(Run(Tools(false)).incremental->openDeck.empty());
+    EXPECT_FALSE(std::filesystem::exists(InSolver("inputls_open.dyn")));
+    Outcome const outcome = Run(Tools(false) + "open_solver = true\n");
+    EXPECT_FALSE(outcome.incremental->openDeck.empty());
+    EXPECT_TRUE(Holds(ReadText("inputls_open.dyn"), "*CONTACT_AUTOMATIC_ONE_WAY_SURFACE_TO_SURFACE"));
+    EXPECT_TRUE(Holds(ReadText("inputls.dyn"), "*CONTACT_FORMING_ONE_WAY_SURFACE_TO_SURFACE"));
+    EXPECT_TRUE(Holds(DeckSection(outcome), outcome.incremental->openDeck.front().first));
 }
 
 // --- Refused ---------------------------------------------------------------------------------------------------------

@@ -87,7 +87,8 @@ DeckText ReadDeck(std::string const & i_path)
 std::vector<std::string> FilesOf(std::string const & i_folder)
 {
     std::vector<std::string> files;
-    for (char const * const name : {kDeckFile, "VOZBlank.mod", "VOZDie.mod", "VOZPunch.mod", "VOZBinder.mod"})
+    for (char const * const name :
+         {kDeckFile, kOpenDeckFile, kOpenRemarksFile, "VOZBlank.mod", "VOZDie.mod", "VOZPunch.mod", "VOZBinder.mod"})
         if (std::error_code error; std::filesystem::is_regular_file(InFolder(i_folder, name), error))
             files.emplace_back(name);
     return files;

@@ -7,9 +7,8 @@
 #ifndef DECKFOLDER_H
 #define DECKFOLDER_H
 
+#include "OpenSolverDeck.h"
 #include "RouteParts.h"
-
-#include "VOZSolverIncremental.h"
 
 #include <string>
 #include <vector>
@@ -42,7 +41,7 @@ public:
 };
 
 // The library's driver, whose numbers are read behind its run.
-class DeckSolver : public VOZSolverIncremental
+class DeckSolver : public OpenDeckSolver
 {
 public:
     explicit DeckSolver(Job const & i_job); // takes the template

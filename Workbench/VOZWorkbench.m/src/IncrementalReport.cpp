@@ -202,6 +202,13 @@ std::string DeckSection(Outcome const & i_outcome)
                        ". All values of the deck are in metres, kilograms, seconds, newtons and pascals.</p>\n" +
                        Table({"Process numbers", {}, ProcessNumbers(figures)}) + Table(meshes) + List(figures.remarks) +
                        Table(outputs);
+    if (!figures.openDeck.empty())
+    {
+        HtmlTable open{"What differs in the deck for open solvers", {"Keyword", "Why"}, {}};
+        for (auto const & [keyword, reason] : figures.openDeck)
+            open.rows.push_back({keyword, reason});
+        html += Table(open);
+    }
     return html +
            Figure(DrawPunchCurve(figures), "Velocity and travel of the punch; the circles are the output states.") +
            "</section>\n";

@@ -66,7 +66,11 @@ IncrementalFigures WriteDeck(Job const & i_job, DeckInput & io_input, std::strin
     }
     if (status != 0)
         throw OutputError(InFolder(i_folder, kDeckFile), "the library could not write the deck");
-    return solver.Figures();
+    IncrementalFigures figures = solver.Figures();
+    if (incremental.isOpenSolver)
+        for (OpenDeckRemark & remark : solver.WriteOpenDeck())
+            figures.openDeck.emplace_back(std::move(remark.keyword), std::move(remark.reason));
+    return figures;
 }
 } // namespace
 

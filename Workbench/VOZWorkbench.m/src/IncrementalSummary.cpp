@@ -48,6 +48,8 @@ nlohmann::json JsonOf(IncrementalFigures const & i_figures)
                            {"meshes", nlohmann::json::array()},
                            {"remarks", i_figures.remarks},
                            {"files", i_figures.files}};
+    for (auto const & [keyword, reason] : i_figures.openDeck)
+        json["open_solver_deck"].push_back({{"keyword", keyword}, {"reason", reason}});
     for (IncrementalOutput const & output : i_figures.outputs)
         json["outputs"].push_back({{"position_percent", output.position}, {"time_s", output.time}});
     for (IncrementalMesh const & mesh : i_figures.meshes)

@@ -7,6 +7,7 @@
 #include "KernelSpringback.h"
 #include "LayerResults.h"
 #include "OutputFile.h"
+#include "QuadrilateralAngles.h"
 #include "RouteParts.h"
 #include "TubeModel.h"
 #include "VOZSolverMultiStage.h"
@@ -37,11 +38,6 @@ void ConvertPlaces(Result const & i_top, Outcome & io_outcome)
             node.displacement[i] = kMillimetrePerMetre * static_cast<double>(i_top.disp1(n, c));
             node.onBinder[i] = kMillimetrePerMetre * static_cast<double>(i_top.dispOnBinder1(n, c));
         }
-<<<<<<< HEAD
-    for (int n = 1; n <= mesh.numNode(); ++n)
-        io_outcome.nodes.push_back(ConvertNode(i_layers, n, mesh, io_outcome.frame));
-    FillQuadrilateralAngles(io_outcome);
-=======
         node.flat = FlatPlace(io_outcome.part.GetNodeData()[n], node.displacement, io_outcome.frame);
     }
 }

@@ -8,7 +8,6 @@
 #include <cmath>
 #include <cstring>
 #include <fstream>
-#include <limits>
 #include <optional>
 
 namespace voz::launch
@@ -19,19 +18,21 @@ static_assert(std::endian::native == std::endian::little, "the records are littl
 
 constexpr double kSameTime = 1e-6; // of the end: what rounding of times in the deck and in the results may take
 constexpr double kReach = 0.1;     // of the way to the next point: a solver is late by a step of its own, no more
+constexpr double kStep = 1e-3;     // of the end: what such a step may be at most, and the rounding of ENDTIM in a deck
 
 // The states for the output points, in the order of the points; -1 where there is none.
 std::vector<std::ptrdiff_t> chooseStates(std::vector<StateEntry> const & states, std::vector<double> const & times)
 {
-    double const same = kSameTime * (times.empty() ? 0.0 : *std::max_element(times.begin(), times.end()));
+    double const latest = times.empty() ? 0.0 : *std::max_element(times.begin(), times.end());
+    double const same = kSameTime * latest;
     std::vector<std::ptrdiff_t> chosen(times.size(), -1);
     for (std::size_t i = 0; i < times.size(); ++i)
     {
-        double reach = std::numeric_limits<double>::max();
+        double reach = kReach * latest;
         for (double const other : times)
             if (std::fabs(other - times[i]) > same)
                 reach = std::min(reach, kReach * std::fabs(other - times[i]));
-        double best = std::max(reach, same);
+        double best = std::max(reach, kStep * latest);
         for (std::size_t k = 0; k < states.size(); ++k)
         {
             double const distance = std::fabs(states[k].time - times[i]);
@@ -163,7 +164,9 @@ void finish(std::filesystem::path const & folder, bool isWorthKeeping)
     if (isWorthKeeping)
         std::filesystem::rename(folder / kRecordsUnderWay, folder / kRecordsFile, error);
     else
-        std::filesystem::remove(folder / kRecordsUnderWay, error);
+        for (char const * const name : {kRecordsUnderWay, kRecordsFile}) // old records are not of these results
+            if (!error)
+                std::filesystem::remove(folder / name, error);
     if (error)
         throw OutputError((folder / kRecordsFile).string() + " could not be written: " + error.message());
 }

@@ -1,9 +1,9 @@
 // Conversion.h: the results of a folder into "output.voz".
 //
 // Output point i of the deck becomes the record with step number i: of the state nearest to its time, which may lie off
-// it by at most a tenth of the way to the next point. Of several states at one time that of the later mesh is taken,
-// and of one mesh the first. A point without a state has no record. Memory: one mesh and one record, whatever the
-// number of states.
+// it by at most a tenth of the way to the next point, or a thousandth of the run: points that are nearer to each other
+// than the solver's step share a state. Of several states at one time that of the later mesh is taken, and of one mesh
+// the first. A point without a state has no record. Memory: one mesh and one record, whatever the number of states.
 
 #ifndef CONVERSION_H
 #define CONVERSION_H

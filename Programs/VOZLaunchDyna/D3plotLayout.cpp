@@ -2,6 +2,7 @@
 
 #include "D3plotLayout.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <limits>
@@ -14,18 +15,23 @@ namespace
 enum Word // of the control words, from 0
 {
     kFileType = 11, kNdim = 15, kNumnp = 16, kNglbv = 18, kIt = 19, kIu = 20, kIv = 21, kIa = 22,
-    kNel8 = 23, kNv3d = 27, kNel2 = 28, kNv1d = 30, kNel4 = 31, kNv2d = 33, kNeips = 35, kMaxint = 36, kNmsph = 37,
+    kNel8 = 23, kNumds = 25, kNv3d = 27, kNel2 = 28, kNv1d = 30, kNel4 = 31, kNv2d = 33, kNeips = 35, kMaxint = 36, kNmsph = 37,
     kNarbs = 39, kNelt = 40, kNv3dt = 42, kIoshl1 = 43, kIoshl2 = 44, kIoshl3 = 45, kIoshl4 = 46, kIalemat = 47,
     kNcfdv1 = 48, kNadapt = 50, kNmmat = 51, kNpefg = 54, kNel48 = 55, kIdtdt = 56, kExtra = 57,
     kNumWords = 64
 };
-enum ExtraWord { kNel20 = 0, kNel27 = 2, kNel21p = 4, kNel15t = 5, kNel20t = 7, kNel40p = 8, kNel64 = 9, kNumExtra = 10 };
+enum ExtraWord
+{
+    kNel20 = 0, kNt3d = 1, kNel27 = 2, kNel21p = 4, kNel15t = 5, kNel20t = 7, kNel40p = 8, kNel64 = 9, kPenout = 14,
+    kEngout = 15, kNumExtra = 16
+};
 // clang-format on
 
 constexpr std::int64_t kFull = std::numeric_limits<std::int64_t>::max() / 4; // sums and products stop here
 constexpr std::int64_t kGreatestWord = std::int64_t{1} << 40;                // of any control word
 constexpr std::int64_t kLeastDeletionByElement = 10000;                      // of -MAXINT
 constexpr std::int64_t kIsOn = 1000;                                         // of the four flags of shells
+constexpr std::int64_t kLongLabels = 1000;                                   // above it, of FILETYPE
 constexpr std::int64_t kLabelHead = 10;
 constexpr std::int64_t kLabelHeadWithParts = 16;
 
@@ -95,6 +101,11 @@ void refuseWhatIsNotKnown(WordReader const & reader, Words const & words)
         refuse(reader, "a road surface (NDIM 7) is not read here");
     if (words[kNmsph] > 0 || words[kNpefg] > 0 || words[kNcfdv1] != 0)
         refuse(reader, "particles and fluids are not read here");
+    if (words[kNumds] < 0)
+        refuse(reader, "four points in the plane of each shell (MAXINT below 0) are not read here");
+    if (words[kFileType] > kLongLabels && words[kFileType] < 2 * kLongLabels)
+        refuse(reader,
+               "labels of twice the width (FILETYPE " + std::to_string(words[kFileType]) + ") are not read here");
     for (int count : {kIalemat, kNadapt, kNmmat, kNel48, kExtra})
         if (words[static_cast<std::size_t>(count)] < 0)
             refuse(reader, "control word " + std::to_string(count) + " is negative, a count was expected");
@@ -160,17 +171,25 @@ std::int64_t furtherNodes(Words const & words, Extra const & extra)
     return more;
 }
 
-void placeGeometry(WordReader & io_reader, Words const & words, D3plotLayout & o_layout)
+// The words behind the control words; 0 where there are fewer.
+Extra readExtra(WordReader & io_reader, Words const & words)
 {
     Extra extra{};
-    if (words[kExtra] >= kNumExtra)
-        io_reader.ReadIntegers(io_reader.Advance({}, kNumWords), extra);
-    for (std::int64_t const count : extra)
-        if (count < 0)
-            refuse(io_reader, "a negative count of elements of higher order");
-    std::int64_t at = sum(kNumWords, words[kExtra]);
-    if (at > io_reader.WordsOfAll())
+    if (words[kExtra] > io_reader.WordsOfAll() - kNumWords)
         refuse(io_reader, "EXTRA " + std::to_string(words[kExtra]) + " is more than the file holds");
+    std::size_t const count = std::min(static_cast<std::size_t>(words[kExtra]), extra.size());
+    io_reader.ReadIntegers(io_reader.Advance({}, kNumWords), std::span(extra).first(count));
+    for (std::int64_t const word : extra)
+        if (word < 0)
+            refuse(io_reader, "a negative count of elements of higher order");
+    if (extra[kPenout] != 0 || extra[kEngout] != 0)
+        refuse(io_reader, "penetrations and energies of contacts at nodes (PENOUT, ENGOUT) are not read here");
+    return extra;
+}
+
+void placeGeometry(WordReader & io_reader, Words const & words, Extra const & extra, D3plotLayout & o_layout)
+{
+    std::int64_t at = sum(kNumWords, words[kExtra]);
     at = sum(materialTypes(io_reader, words, at, o_layout), words[kIalemat]);
     o_layout.coordinatesAt = at;
     at = sum(at, product(3, words[kNumnp]));
@@ -205,7 +224,7 @@ void placeShellValues(WordReader const & reader, Words const & words, D3plotLayo
         o_layout.strainAt = behindPoints + (more == 0 ? 0 : 3); // the energy, fourth of these, follows the strains
 }
 
-void placeState(WordReader const & reader, Words const & words, D3plotLayout & o_layout)
+void placeState(WordReader const & reader, Words const & words, Extra const & extra, D3plotLayout & o_layout)
 {
     std::int64_t const nodes = words[kNumnp];
     std::int64_t at = sum(1, words[kNglbv]);
@@ -213,6 +232,7 @@ void placeState(WordReader const & reader, Words const & words, D3plotLayout & o
         o_layout.nodesInState = at;
     at = sum(at, product(nodes, 3 * (words[kIu] + words[kIv] + words[kIa]) + moreOfNode(words)));
     std::int64_t const solids = std::abs(words[kNel8]);
+    at = sum(at, product(solids, extra[kNt3d])); // temperatures of solids
     at = sum(at, sum(product(solids, words[kNv3d]), product(words[kNelt], words[kNv3dt])));
     at = sum(at, product(words[kNel2], words[kNv1d]));
     o_layout.shellsInState = at;
@@ -241,8 +261,9 @@ D3plotLayout ReadLayout(WordReader & io_reader)
     layout.format = io_reader.Format();
     layout.numNodes = words[kNumnp];
     layout.numShells = words[kNel4];
-    placeGeometry(io_reader, words, layout);
-    placeState(io_reader, words, layout);
+    Extra const extra = readExtra(io_reader, words);
+    placeGeometry(io_reader, words, extra, layout);
+    placeState(io_reader, words, extra, layout);
     return layout;
 }
 } // namespace voz::launch

@@ -1,5 +1,6 @@
 #include "StateIndex.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 
@@ -9,11 +10,20 @@ namespace
 {
 constexpr double kEndOfFile = -999999.0;
 
-// What may stand behind the geometry: the titles of the model, the parts and the contacts. Further kinds end the walk.
+// What may stand behind the geometry: the titles of the model, the parts, the contacts and of one more kind, a title
+// being 72 bytes whatever the width of the words. As reals, kinds up to the last would be nobody's time.
 constexpr std::int64_t kTitleOfModel = 90000;
 constexpr std::int64_t kTitlesOfParts = 90001;
 constexpr std::int64_t kTitlesOfContacts = 90002;
-constexpr std::int64_t kTitleWords = 18;
+constexpr std::int64_t kFurtherTitles = 90020;
+constexpr std::int64_t kLastKind = 1000000;
+constexpr std::int64_t kTitleBytes = 72;
+constexpr std::int64_t kWordsAtATime = 4096;
+
+bool isList(std::int64_t kind)
+{
+    return kind == kTitlesOfParts || kind == kTitlesOfContacts || kind == kFurtherTitles;
+}
 
 // Walks one root.
 class Walker
@@ -44,6 +54,7 @@ private:
         if (m_reader.ReadReal(io_place) != kEndOfFile)
             return true;
         ++io_place.word;
+        std::int64_t const titleWords = kTitleBytes / m_reader.Format().bytes;
         bool hasTitles = false;
         while (Left(io_place) >= 2)
         {
@@ -51,10 +62,11 @@ private:
             m_reader.ReadIntegers(io_place, head);
             std::int64_t words = 0;
             if (head[0] == kTitleOfModel)
-                words = 1 + kTitleWords;
-            else if ((head[0] == kTitlesOfParts || head[0] == kTitlesOfContacts) && head[1] >= 0 &&
-                     head[1] <= Left(io_place))
-                words = 2 + head[1] * (1 + kTitleWords);
+                words = 1 + titleWords;
+            else if (isList(head[0]) && head[1] >= 0 && head[1] <= Left(io_place))
+                words = 2 + head[1] * (1 + titleWords);
+            else if (head[0] > kTitleOfModel && head[0] < kLastKind)
+                return false; // a kind of unknown length
             else
                 break;
             hasTitles = true;
@@ -66,6 +78,22 @@ private:
             return true;
         ++io_place.word;
         return false;
+    }
+
+    // Zeros that only fill the file look like a state at time 0; where all nodes would lie at the origin it is none.
+    bool IsFilling(Place place)
+    {
+        if (m_layout.nodesInState == D3plotLayout::kNone)
+            return false;
+        std::vector<float> block;
+        for (std::int64_t at = 0; at < m_layout.stateWords; at += kWordsAtATime)
+        {
+            block.resize(static_cast<std::size_t>(std::min(kWordsAtATime, m_layout.stateWords - at)));
+            m_reader.ReadReals(m_reader.Advance(place, at), block);
+            if (std::any_of(block.begin(), block.end(), [](float value) { return value != 0.0F; }))
+                return false;
+        }
+        return true;
     }
 
     void WalkFile(Place place)
@@ -91,6 +119,8 @@ private:
                                       std::to_string(m_layout.stateWords) + " words and was left out");
                 return;
             }
+            if (time == 0.0 && IsFilling(place))
+                return;
             m_index.states.push_back({time, m_root, place});
             m_lastTime = time;
         }

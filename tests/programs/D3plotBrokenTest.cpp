@@ -144,12 +144,14 @@ TEST_F(D3plotBroken, ARootWhoseFirstFileIsMissingIsSaidAndTheOthersAreConverted)
     EXPECT_NE(Notes().find("\"d3plotaa\""), std::string::npos) << Notes();
 }
 
-TEST_F(D3plotBroken, ParticlesAndPlaneModelsAreRefusedByName)
+TEST_F(D3plotBroken, WhatIsNotKnownIsRefusedByName)
 {
     for (auto const & [word, value] :
-         {std::pair(37, 5), std::pair(54, 1), std::pair(48, 1), std::pair(15, 2), std::pair(15, 7), std::pair(15, 8)})
+         {std::pair(37, 5), std::pair(54, 1), std::pair(48, 1), std::pair(15, 2), std::pair(15, 7), std::pair(15, 8),
+          std::pair(11, 1001), std::pair(25, -3), std::pair(78, 1), std::pair(79, 1)})
     {
-        d3plot::Model const model = Small();
+        d3plot::Model model = Small();
+        model.options.extraWords = 16;
         std::string bytes = OneFile(model, {0.0});
         std::string bad;
         d3plot::Writer(model).Integer(bad, value);

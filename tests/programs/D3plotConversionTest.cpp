@@ -138,12 +138,72 @@ TEST_F(D3plotConversion, AGeometryMayRunOnIntoTheNextFile)
 
 TEST_F(D3plotConversion, TitlesBehindTheGeometryArePassedOver)
 {
+    for (int const wordBytes : {4, 8})
+        for (bool const areStatesBehind : {false, true}) // without the mark that closes the titles
+        {
+            d3plot::Model model = Small();
+            model.options.wordBytes = wordBytes;
+            model.options.hasTitles = true;
+            d3plot::Writer const writer(model);
+            std::string const whole = OneFile(model, {0.0, 0.5, 1.0});
+            std::size_t const geometry = writer.Geometry().size();
+            std::string const states = whole.substr(geometry), mark = writer.EndMark();
+            folder.Write("d3plot", areStatesBehind ? whole.substr(0, geometry - mark.size()) + states
+                                                   : whole.substr(0, geometry));
+            folder.Write("d3plot01", areStatesBehind ? mark : states);
+            ExpectTheSmallRecords(model, std::to_string(wordBytes) + (areStatesBehind ? " behind" : ""));
+        }
+}
+
+TEST_F(D3plotConversion, TitlesOfAnotherKindEndTheirFile)
+{
     d3plot::Model model = Small();
     model.options.hasTitles = true;
     d3plot::Writer const writer(model);
-    folder.Write("d3plot", writer.Geometry());
-    folder.Write("d3plot01", OneFile(model, {0.0, 0.5, 1.0}).substr(writer.Geometry().size()));
+    std::string const whole = OneFile(model, {0.0, 0.5, 1.0});
+    std::size_t const geometry = writer.Geometry().size();
+    std::string bytes = whole.substr(0, geometry - writer.EndMark().size());
+    writer.Integer(bytes, 900100); // lines of the deck
+    writer.Integer(bytes, 40);
+    bytes.append(std::size_t{40} * 80, '$');
+    folder.Write("d3plot", bytes);
+    folder.Write("d3plot01", whole.substr(geometry));
     ExpectTheSmallRecords(model);
+}
+
+TEST_F(D3plotConversion, ZerosThatFillTheFirstFileAreNoState)
+{
+    d3plot::Model const model = Small();
+    std::string const whole = OneFile(model, {0.0, 0.5, 1.0});
+    std::size_t const geometry = d3plot::Writer(model).Geometry().size();
+    folder.Write("d3plot", whole.substr(0, geometry) + std::string(16384, '\0'));
+    folder.Write("d3plot01", whole.substr(geometry));
+    ExpectTheSmallRecords(model);
+}
+
+TEST_F(D3plotConversion, RecordsOfAnEarlierConversionGoWhereThereAreNone)
+{
+    folder.Write("d3plot", OneFile(Small(), {0.5}));
+    folder.Write("output.voz", "of an earlier run");
+    result = voz::launch::ConvertResults(folder.Path(), {0.0, 1.0});
+    EXPECT_EQ(result.records, 0);
+    EXPECT_FALSE(std::filesystem::exists(folder.Path("output.voz")));
+    EXPECT_FALSE(std::filesystem::exists(folder.Path("output.voz.new")));
+}
+
+TEST_F(D3plotConversion, TheWordsBehindTheControlWordsArePassedOver)
+{
+    for (int const extra : {3, 10, 16, 40})
+    {
+        d3plot::Model model = Small();
+        model.options.extraWords = extra;
+        model.nodes.push_back({10, 0, 0}); // solids name eight nodes
+        model.nodeLabels.push_back(600);
+        model.numSolids = 2;
+        model.options.solidTemperatures = 2;
+        folder.Write("d3plot", OneFile(model, {0.0, 0.5, 1.0}));
+        ExpectTheSmallRecords(model, std::to_string(extra));
+    }
 }
 
 TEST_F(D3plotConversion, WhatElseANodeOrAnElementHoldsIsPassedOver)

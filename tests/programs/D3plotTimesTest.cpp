@@ -36,6 +36,25 @@ TEST_F(D3plotTimes, AStateMayLieOffByATenthOfTheWayToTheNextPoint)
     EXPECT_EQ(Chosen({0.0, 0.22}, {0.0, 0.25, 0.5}), (Chosens{{0, 0.0F}}));
 }
 
+TEST_F(D3plotTimes, PointsNearerToEachOtherThanTheSolversStepShareItsState)
+{
+    // The last row of the curve and the end of the run within one step: one state for both, at either's time.
+    EXPECT_EQ(Chosen({0.0, 0.5, 1.0}, {0.0, 0.5, 0.9995, 1.0}), (Chosens{{0, 0.0F}, {1, 0.5F}, {2, 1.0F}, {3, 1.0F}}));
+    EXPECT_EQ(Chosen({0.0, 0.5, 0.9995}, {0.0, 0.5, 0.9995, 1.0}),
+              (Chosens{{0, 0.0F}, {1, 0.5F}, {2, 0.9995F}, {3, 0.9995F}}));
+    EXPECT_EQ(Chosen({0.0, 0.5, 0.9995, 1.0}, {0.0, 0.5, 0.9995, 1.0}),
+              (Chosens{{0, 0.0F}, {1, 0.5F}, {2, 0.9995F}, {3, 1.0F}}));
+    EXPECT_EQ(Chosen({0.0, 0.5, 0.998}, {0.0, 0.5, 0.998, 1.0}), (Chosens{{0, 0.0F}, {1, 0.5F}, {2, 0.998F}}))
+        << "further apart than a thousandth of the run";
+    EXPECT_EQ(result.missing, Ints{3});
+}
+
+TEST_F(D3plotTimes, APointAloneTakesNoStateFarFromIt)
+{
+    EXPECT_EQ(Chosen({0.0, 0.5}, {1.0}), Chosens{});
+    EXPECT_EQ(Chosen({0.0, 0.95}, {1.0}), (Chosens{{0, 0.95F}}));
+}
+
 TEST_F(D3plotTimes, EqualPointsTakeTheSameState)
 {
     EXPECT_EQ(Chosen({0.0, 1.0}, {0.0, 1.0, 1.0}), (Chosens{{0, 0.0F}, {1, 1.0F}, {2, 1.0F}}));

@@ -57,6 +57,8 @@ struct Options
     bool hasThickness = true;
     int deletion = 0; // MDLOPT: 1 by node, 2 by element
     bool hasTitles = false;
+    int extraWords = 0;        // EXTRA, behind the control words
+    int solidTemperatures = 0; // NT3D, the second of these
 };
 
 struct Model
@@ -111,6 +113,7 @@ public:
         for (int i = 0; i < m.options.globals; ++i)
             Real(out, 1000.0 + i);
         Nodes(out, state);
+        Fill(out, m.numSolids * m.options.solidTemperatures, 290.0);
         Fill(out, m.numSolids * kSolidWords + m.numThickShells * kThickShellWords + m.numBeams * kBeamWords, 7.0e6);
         for (std::size_t i = 0; i < m.shells.size(); ++i)
             if (!IsRigid(m.shells[i]))
@@ -216,8 +219,11 @@ private:
         words[45] = o.hasResultants ? 1000 : 0;
         words[46] = o.hasThickness ? 1000 : 0;
         words[51] = static_cast<std::int64_t>(std::max(m.parts.size(), m.types.size())); // NMMAT
+        words[57] = o.extraWords;
         for (std::int64_t const word : words)
             Integer(out, word);
+        for (int i = 0; i < o.extraWords; ++i)
+            Integer(out, i == 1 ? o.solidTemperatures : 0);
     }
 
     void Elements(std::string & out) const
@@ -273,8 +279,7 @@ private:
         for (int const part : m.parts)
         {
             Integer(out, part);
-            for (int i = 0; i < 18; ++i)
-                Integer(out, 0x20202020);
+            out.append(72, ' '); // bytes, of narrow and of wide words
         }
         out += EndMark();
     }

@@ -181,6 +181,7 @@ Converted ConvertResults(std::filesystem::path const & i_folder, std::vector<dou
     if (index.roots.empty() && result.notes.empty())
         result.notes.push_back("no result files (d3plot) in " + i_folder.string());
     std::vector<std::ptrdiff_t> const chosen = chooseStates(index.states, i_times);
+    try
     {
         RecordFile file(i_folder / kRecordsUnderWay);
         Converter converter(index, file, result);
@@ -195,6 +196,13 @@ Converted ConvertResults(std::filesystem::path const & i_folder, std::vector<dou
                 i_progress(result.records);
         }
         file.Close();
+    }
+    catch (...) // half a file is of no use, and the disk may be full of it
+    {
+        std::error_code ignored;
+        if (!std::filesystem::is_directory(i_folder / kRecordsUnderWay, ignored))
+            std::filesystem::remove(i_folder / kRecordsUnderWay, ignored);
+        throw;
     }
     finish(i_folder, result.records > 0);
     return result;

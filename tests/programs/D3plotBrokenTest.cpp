@@ -144,6 +144,18 @@ TEST_F(D3plotBroken, ARootWhoseFirstFileIsMissingIsSaidAndTheOthersAreConverted)
     EXPECT_NE(Notes().find("\"d3plotaa\""), std::string::npos) << Notes();
 }
 
+#if defined(__linux__)
+TEST_F(D3plotBroken, ADiskThatIsFullLeavesNoHalfRecords)
+{
+    folder.Write("d3plot", OneFile(Small(), {0.0}));
+    folder.Write("output.voz", "of an earlier run");
+    std::filesystem::create_symlink("/dev/full", folder.Path("output.voz.new"));
+    EXPECT_THROW(Convert({0.0}), voz::launch::OutputError);
+    EXPECT_FALSE(std::filesystem::is_symlink(folder.Path("output.voz.new")));
+    EXPECT_EQ(folder.Read("output.voz"), "of an earlier run");
+}
+#endif
+
 TEST_F(D3plotBroken, WhatIsNotKnownIsRefusedByName)
 {
     for (auto const & [word, value] :

@@ -282,6 +282,31 @@ TEST_F(TubeTest, OfTwoEndsAsNearThePathTakesTheStartAndOfTwoNodesAsUprightTheFir
     EXPECT_EQ(nodesOf(turned.property.dispBCs(2)), (Ints{1, 5, 9, 13}));
 }
 
+//   1 --- 2   z ^    2-1 and 1-3 cross the plane and start as far from it and from the target: the first walked stands;
+//     \ /           of 2-1 the path takes 2, of 1-3 it takes 3
+//      3      -> y
+TEST_F(TubeTest, OfTwoEdgesOfTheSameScoreTheFirstWalkedBeginsThePath)
+{
+    Points points;
+    for (int i = 0; i < 3; ++i)
+        for (Point const & corner : {Point{0, -1, 1}, Point{0, 1, 1}, Point{0, 0.5, -1}})
+            points.push_back({2.0 * i, corner[1], corner[2]});
+    for (int const first : {0, 2}) // the cell whose edge is walked first
+    {
+        Quads rows;
+        for (int i = 0; i < 2; ++i)
+            for (int k = 0; k < 3; ++k)
+            {
+                int const j = (first + k) % 3;
+                int const next = (j + 1) % 3;
+                rows.push_back({3 * i + j + 1, 3 * i + j + 4, 3 * i + next + 4, 3 * i + next + 1});
+            }
+        Opened const opened(samples::mesh(points, rows));
+        ASSERT_TRUE(opened.isOpen);
+        EXPECT_EQ(nodesOf(opened.property.dispBCs(2)), first == 0 ? (Ints{2, 5, 8}) : (Ints{3, 6, 9}));
+    }
+}
+
 TEST_F(TubeTest, CopiesHaveTheSameMeshPropertyPlaneAndRadius)
 {
     VOZCatMesh mesh = Pipe().mesh();

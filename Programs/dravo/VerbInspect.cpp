@@ -133,16 +133,22 @@ void AddInspect(CLI::App & io_app, Action & io_action)
     auto const arguments = std::make_shared<InspectArguments>();
     CLI::App * const verb = io_app.add_subcommand("inspect", "Count a mesh and name what is wrong with it");
     arguments->mesh.AddTo(*verb);
-    verb->add_flag("--tip", arguments->isTip, "Show the stamping frame and the undercuts, too");
+    CLI::Option * const tip =
+        verb->add_flag("--tip", arguments->isTip, "Show the stamping frame and the undercuts, too");
     verb->add_flag("--flat", arguments->isFlat, "Show where a flat pattern crosses or folds over itself, too");
     verb->add_option("--repair", arguments->repair, "Mend what is safe and write the mesh to this file");
-    verb->add_option("--symmetry", arguments->symmetry, "Of the model, for --tip: none, xz, yz, both")
-        ->check(CLI::IsMember({"none", "xz", "yz", "both"}));
-    verb->add_option("--plane-x", arguments->planeX, "Where the yz plane of symmetry stands, in mm (default 0)");
-    verb->add_option("--plane-y", arguments->planeY, "Where the xz plane of symmetry stands, in mm (default 0)");
+    CLI::Option * const symmetry =
+        verb->add_option("--symmetry", arguments->symmetry, "Of the model, for --tip: none, xz, yz, both")
+            ->check(CLI::IsMember({"none", "xz", "yz", "both"}))
+            ->needs(tip);
+    verb->add_option("--plane-x", arguments->planeX, "Where the yz plane of symmetry stands, in mm (default 0)")
+        ->needs(symmetry);
+    verb->add_option("--plane-y", arguments->planeY, "Where the xz plane of symmetry stands, in mm (default 0)")
+        ->needs(symmetry);
     verb->add_option("--die-line", arguments->dieLine, "Stamping direction x,y,z, for --tip")
         ->delimiter(',')
-        ->expected(3);
+        ->expected(3)
+        ->needs(tip);
     verb->add_option("--tolerance", arguments->tolerance, "Nodes nearer than this are one, in mm");
     verb->add_option("--list", arguments->listed, "How many findings of a kind are named (all are counted)")
         ->capture_default_str();

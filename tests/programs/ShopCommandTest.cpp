@@ -101,7 +101,19 @@ TEST_F(ShopCommand, APlaneThatCutsThePartOrMissesItIsRefused)
     Ran const missed = Dravo("inspect bump.bdf --tip --symmetry xz --plane-y -3");
     EXPECT_EQ(missed.code, 3);
     EXPECT_TRUE(missed.Says("no node lies on the plane of symmetry")) << missed.err;
+    EXPECT_TRUE(missed.Says("(the nearest is 3.000 mm away)")) << missed.err;
     EXPECT_EQ(Dravo("inspect bump.bdf --tip --symmetry both --plane-x 24 --plane-y 24").code, 0) << "the far sides";
+}
+
+TEST_F(ShopCommand, WhatOnlyTheFrameUsesIsWrongUseWithoutIt)
+{
+    Write("bump.bdf", Bump());
+    for (char const * const option : {"--symmetry yz", "--die-line 0,0,1", "--plane-x 3", "--tip --plane-y 3"})
+    {
+        Ran const ran = Dravo(std::string("inspect bump.bdf ") + option);
+        EXPECT_EQ(ran.code, 2) << option;
+        EXPECT_TRUE(ran.Says("requires")) << ran.err;
+    }
 }
 
 TEST_F(ShopCommand, ADieLineAcrossThePlaneIsWrongUse)

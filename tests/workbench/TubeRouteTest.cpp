@@ -310,6 +310,21 @@ TEST_F(TubeExample, AnAxisThatMissesTheTubeIsRefused)
     EXPECT_NE(Refusal("[tube]\ncut = [1, 0, 0]\n").find("the cut points along the tube's axis"), std::string::npos);
 }
 
+// Its path comes to the other end with its second node and goes on along it.
+TEST_F(TubeExample, ATubeOfOneRowOfElementsHasNoRoomForASeam)
+{
+    examples::SurfaceMesh ring;
+    for (int n = 0; n < 24; ++n)
+        ring.nodes.push_back({n < 12 ? 0.0 : 10.0, 30.0 * std::sin(n * std::numbers::pi / 6.0),
+                              30.0 * std::cos(n * std::numbers::pi / 6.0)});
+    for (int j = 0; j < 12; ++j)
+        ring.elements.push_back({j, j + 12, (j + 1) % 12 + 12, (j + 1) % 12});
+    std::string const path = (mFolder / "ring.bdf").string();
+    WriteSurface(ring, path);
+    std::string const message = Refusal("[tube]\n", path);
+    EXPECT_NE(message.find("at least two rows of elements along its axis"), std::string::npos) << message;
+}
+
 TEST_F(TubeExample, AnyCutRoundTheTubeFindsItsWay)
 {
     for (char const * const cut : {"[0, 1, 0]", "[0, -1, -1]", "[0, 0.3, 1]", "[0.2, 0, -1]"})

@@ -320,7 +320,7 @@ void RequirePlanes(VOZCatMesh const & i_mesh, double i_meanEdge, std::vector<Job
     {
         double least = 0.0;
         double greatest = 0.0;
-        bool isTouched = false;
+        double nearest = std::numeric_limits<double>::max();
         auto const * const nodes = i_mesh.GetNodeData();
         for (int n = 1; n <= i_mesh.numNode(); ++n)
         {
@@ -329,7 +329,7 @@ void RequirePlanes(VOZCatMesh const & i_mesh, double i_meanEdge, std::vector<Job
                 distance += (nodes[n][i] - plane.point[i]) * plane.normal[i];
             least = std::min(least, distance);
             greatest = std::max(greatest, distance);
-            isTouched = isTouched || std::abs(distance) <= tolerance;
+            nearest = std::min(nearest, std::abs(distance));
         }
         std::string const name = "the plane of symmetry with normal " + Shortest(plane.normal[0]) + " " +
                                  Shortest(plane.normal[1]) + " " + Shortest(plane.normal[2]);
@@ -337,8 +337,10 @@ void RequirePlanes(VOZCatMesh const & i_mesh, double i_meanEdge, std::vector<Job
             throw InputError(i_file, 0, 0,
                              "symmetry: " + name + " cuts the part (from " + Fixed(least, 3) + " to " +
                                  Fixed(greatest, 3) + " mm of it); the model must lie on one side");
-        if (!isTouched)
-            throw InputError(i_file, 0, 0, "symmetry: no node lies on " + name + "; the model must end there");
+        if (nearest > tolerance)
+            throw InputError(i_file, 0, 0,
+                             "symmetry: no node lies on " + name + " (the nearest is " + Fixed(nearest, 3) +
+                                 " mm away); the model must end there");
     }
 }
 

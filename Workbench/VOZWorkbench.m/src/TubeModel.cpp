@@ -213,6 +213,21 @@ void NumberDoubles(Job const & i_job, OpenedTube & io_tube)
         ids.push_back(static_cast<int>(++next));
 }
 
+// A path that runs on along an end, as on a tube of one row of elements, leaves nodes of no element.
+void RequireSheet(Job const & i_job, VOZCatMesh const & i_mesh)
+{
+    std::vector<char> isHeld(static_cast<std::size_t>(i_mesh.numNode()) + 1, 0);
+    for (int e = 1; e <= i_mesh.numElem(); ++e)
+        for (int k = 0; k < 4; ++k)
+            isHeld[static_cast<std::size_t>(i_mesh.elem(e, k))] = 1;
+    int error = 0;
+    FreeEdgeSet const edges(i_mesh);
+    FreeEdgeLoops const loops(edges, i_mesh, &error);
+    if (error != 0 || loops.numLoops() != 1 || std::count(isHeld.begin() + 1, isHeld.end(), 0) > 0)
+        Refuse(i_job, "the seam does not part the tube into one sheet; give the tube at least two rows of elements "
+                      "along its axis, or turn the cut to where such rows run along it");
+}
+
 void Cut(Job const & i_job, OpenedTube & io_tube)
 {
     VOZCatMesh & mesh = io_tube.model.mesh.mesh;
@@ -230,6 +245,7 @@ void Cut(Job const & i_job, OpenedTube & io_tube)
     DispBC const & kept = io_tube.lips.dispBCs(kLipTables);
     if (kept.size < 2 || mesh.numNode() != io_tube.closedNodes + kept.size)
         Refuse(i_job, "the seam could not be laid; turn the cut");
+    RequireSheet(i_job, mesh);
     for (int i = 0; i < kept.size; ++i)
         io_tube.seam.push_back(kept.nodes[i] - 1);
     for (int i = 1; i <= kLipTables; ++i)

@@ -15,6 +15,7 @@
 #include "OutcomeAnalysis.h"
 #include "Route.h"
 #include "Run.h"
+#include "TempFolder.h"
 
 #include "surfaces/Surfaces.h"
 
@@ -122,13 +123,7 @@ void WriteSurface(examples::SurfaceMesh const & i_surface, std::string const & i
 class TubeExample : public testing::Test
 {
 protected:
-    TubeExample() : mFolder(fs::temp_directory_path() / "dravo-tube-test")
-    {
-        fs::remove_all(mFolder);
-        fs::create_directories(mFolder);
-        mJob = ReadJob(VOZ_SOURCE_DIR "/examples/tube/job.toml");
-    }
-    ~TubeExample() override { fs::remove_all(mFolder); }
+    TubeExample() : mFolder(mTemp.Path()), mJob(ReadJob(VOZ_SOURCE_DIR "/examples/tube/job.toml")) {}
 
     Outcome Run() const
     {
@@ -156,6 +151,7 @@ protected:
         return "";
     }
 
+    TempFolder mTemp;
     fs::path mFolder;
     Job mJob;
 };

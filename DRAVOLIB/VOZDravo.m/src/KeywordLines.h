@@ -1,5 +1,5 @@
-// KeywordLines.h: the banner lines of the keyword deck, the head of its curves, and the check that each banner fills its
-// 80 columns.
+// KeywordLines.h: the banner lines of the keyword deck, the head of its curves, and the check that each banner fills
+// its 80 columns.
 
 #ifndef KEYWORDLINES_H
 #define KEYWORDLINES_H

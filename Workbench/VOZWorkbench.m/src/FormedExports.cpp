@@ -138,14 +138,13 @@ void writeCurve(OutputFile & file, JobMaterial const & material)
 }
 
 // Plastic strain is given at the surfaces, where only the points of the Lobatto rule lie.
-constexpr char const * kShellControl =
-    "*CONTROL_SHELL\n"
-    "$ ESORT 1: triangles by an element of their own.\n"
-    "$ INTGRD 1: points in the middle and at both surfaces.\n"
-    "$   WRPANG     ESORT\n"
-    "                   1\n"
-    "$  ROTASCL    INTGRD\n"
-    "                   1\n";
+constexpr char const * kShellControl = "*CONTROL_SHELL\n"
+                                       "$ ESORT 1: triangles by an element of their own.\n"
+                                       "$ INTGRD 1: points in the middle and at both surfaces.\n"
+                                       "$   WRPANG     ESORT\n"
+                                       "                   1\n"
+                                       "$  ROTASCL    INTGRD\n"
+                                       "                   1\n";
 
 void writeMainDeck(Outcome const & outcome, JobMaterial const & material, bool areSeveral, std::string const & path)
 {

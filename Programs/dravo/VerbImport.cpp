@@ -7,6 +7,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include <limits>
 #include <memory>
 
 namespace
@@ -57,7 +58,7 @@ void AddImport(CLI::App & io_app, Action & io_action)
     verb->add_option("JOB", arguments->job, "Job file (TOML) of the run")->required();
     CLI::Option * const step =
         verb->add_option("--step", options.step, "Which state, counted from 0; without it the last")
-            ->check(CLI::NonNegativeNumber);
+            ->check(CLI::Range(0, std::numeric_limits<int>::max()));
     verb->add_flag("--all", options.areAllSteps, "Every state, each in the report")->excludes(step);
     verb->add_option("--run", options.run, "Folder of the run; without it the job's newest with a deck");
     verb->add_option("--out", options.out, "Folder in which the job's runs stand, as for run");

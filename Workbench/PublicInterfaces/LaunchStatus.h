@@ -39,6 +39,7 @@ struct LaunchStatus
 // Lines that are none, and keys that nobody knows, are passed over; a status without a state that is known is Absent.
 LaunchStatus ParseLaunchStatus(std::string_view i_text);
 LaunchStatus ReadLaunchStatus(std::string const & i_folder); // Absent where there is no file that can be read
+void RemoveLaunchStatus(std::string const & i_folder);       // throws OutputError where it is there and stays
 char const * NameOf(LaunchState i_state);
 
 struct LaunchPatience

@@ -263,3 +263,45 @@ TEST_F(IncrementalImportTest, MissingComponentsCountAsNothingAndAreTold)
     EXPECT_GT(record.outcome.elements.front().major, 10.0);
     EXPECT_EQ(record.outcome.elements.back().major, 0.0);
 }
+
+TEST_F(IncrementalImportTest, AFileThatEndsBeforeTheRunDoesIsTold)
+{
+    Write("out/job-004/summary.json",
+          R"({"incremental": {"outputs": [{"position_percent": 0, "time_s": 0}, {"position_percent": 40, "time_s": 0.1},
+              {"position_percent": 80, "time_s": 0.2}, {"position_percent": 100, "time_s": 0.3}]}})");
+    RunRecord const record = Import(In());
+    EXPECT_TRUE(Warns(record, "hold the steps 0, 1, 2; the deck asks for 4 states"));
+    EXPECT_NEAR(record.outcome.imported->output.time, 0.2, 1e-12);
+    EXPECT_NEAR(record.outcome.imported->output.position, 80.0, 1e-12);
+}
+
+TEST_F(IncrementalImportTest, ResultsOfASolverThatFailedAreTakenAndItIsTold)
+{
+    Status("state=failed\nmessage=shells with a negative area\n");
+    EXPECT_TRUE(Warns(Import(In()), "the explicit solver failed: shells with a negative area"));
+}
+
+TEST_F(IncrementalImportTest, ASummaryOfOtherContentIsNoFault)
+{
+    ImportOptions forced = In();
+    forced.isForced = true;
+    for (char const * const text : {"", "{", "[]", "{\"incremental\": 1}", "{\"incremental\": {\"outputs\": 7}}",
+                                    "{\"incremental\": {\"outputs\": [1, \"x\", {\"time_s\": \"late\"}]}}"})
+    {
+        Write("out/job-004/summary.json", text);
+        EXPECT_EQ(Import(forced).outcome.imported->output.time, 0.0) << text;
+    }
+}
+
+TEST_F(IncrementalImportTest, ARunOfAnotherJobIsTold)
+{
+    ImportOptions forced = In();
+    forced.isForced = true;
+    std::string const lock = Sound() + "[lock]\nversion = \"1\"\n[[lock.input]]\npath = \"../../part.bdf\"\n";
+    Write("out/job-004/job.lock.toml", lock + "sha256 = \"0\"\n");
+    EXPECT_TRUE(Warns(Import(forced), "part.bdf")) << "a lock that cannot be read is no reason to lose the results";
+    fs::copy_file(Folder() + "/part.bdf", Folder() + "/out/job-004/part.bdf");
+    EXPECT_TRUE(Warns(Import(forced), "was made with another job than"));
+    Write("out/job-004/job.lock.toml", lock + "sha256 = \"" + Parsed().sha256 + "\"\n");
+    EXPECT_FALSE(Warns(Import(forced), "was made with another job than"));
+}

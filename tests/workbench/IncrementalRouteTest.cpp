@@ -3,9 +3,11 @@
 // The part is 8 x 6 mm and 0.78 mm thick, its rim 28 mm; the yield stress 157 MPa, friction 0.15 where nothing else is
 // said. Punch and die are 40 mm apart, at one corner 41.
 
+#include "DeckChecks.h"
 #include "DeckFixture.h"
 #include "IncrementalReport.h"
 #include "MaterialDatabase.h"
+#include "OutputFile.h"
 #include "RouteParts.h"
 #include "ToolMeshes.h"
 
@@ -326,6 +328,62 @@ TEST_F(IncrementalRouteTest, ADieBelowThePunchIsRefused)
     WriteTools();
     WritePlate("punch.bdf", {-2, -2, 2, 6, 5, -20});
     EXPECT_TRUE(Holds(RefusalOf(Tools(false)), "40.000 mm apart everywhere"));
+}
+
+TEST_F(IncrementalRouteTest, GivenMeshesThatDoNotFitAreRefusedWithTheJobAndTheLineOfItsTable)
+{
+    WriteTools();
+    WritePlate("die.bdf", {-2, -2, 2, 6, 5, -30});
+    std::string const refusal = RefusalOf(Tools(false));
+    EXPECT_TRUE(Holds(refusal, "job.toml:")) << refusal;
+    EXPECT_TRUE(Holds(refusal, ": tools: the die lies below the punch")) << refusal;
+}
+
+// --- What cannot work, or was not written ----------------------------------------------------------------------------
+
+// Tools 4 mm apart: the velocity of 5 m/s is reached and left again within 5 mm at 5000 m/s2.
+TEST_F(IncrementalRouteTest, AStrokeTooShortForTheVelocityFailsTheCheck)
+{
+    WriteTools();
+    WritePlate("die.bdf", {-2, -2, 2, 6, 5, 2});
+    WritePlate("punch.bdf", {-2, -2, 2, 6, 5, -2, false, 1.0});
+    Outcome const outcome = Run(Tools(false));
+    EXPECT_NEAR(outcome.incremental->stroke, 4.0 - 0.78, 1e-6);
+    auto const check = std::ranges::find(outcome.checks, "way of the punch by its velocity curve", &OutcomeCheck::name);
+    ASSERT_NE(check, outcome.checks.end());
+    EXPECT_FALSE(check->passed);
+    EXPECT_FALSE(check->isWarning);
+    EXPECT_TRUE(Holds(check->limit, "settings with a lower velocity"));
+}
+
+TEST_F(IncrementalRouteTest, ADeckOrAMeshThatIsCutOrMissingIsNoDeck)
+{
+    WriteTools();
+    Run(Tools(false));
+    std::string const folder = Folder() + "/solver";
+    EXPECT_NO_THROW(RequireWholeDeck(folder));
+    for (char const * const name : {"VOZDie.mod", "VOZBlank.mod", "inputls.dyn"})
+    {
+        std::string const text = ReadText(name);
+        Write(std::string("solver/") + name, text.substr(0, text.rfind("*END") + 2));
+        EXPECT_THROW(RequireWholeDeck(folder), OutputError) << name;
+        Write(std::string("solver/") + name, "");
+        EXPECT_THROW(RequireWholeDeck(folder), OutputError) << name;
+        std::filesystem::remove(InSolver(name));
+        EXPECT_THROW(RequireWholeDeck(folder), OutputError) << name;
+        Write(std::string("solver/") + name, text);
+        EXPECT_NO_THROW(RequireWholeDeck(folder)) << name;
+    }
+}
+
+TEST_F(IncrementalRouteTest, TheSurfaceOfTheKernelsBinderIsToldToStayOut)
+{
+    WriteTools();
+    WritePlate("surface.bdf", {-2, -2, 2, 6, 5, 0});
+    bool isTold = false;
+    for (std::string const & warning : Run(Tools(false) + "[binder]\nfile = \"surface.bdf\"\n").warnings)
+        isTold = isTold || Holds(warning, "[binder] is the surface of the kernel's run");
+    EXPECT_TRUE(isTold);
 }
 
 // --- Whole from a quarter --------------------------------------------------------------------------------------------

@@ -133,3 +133,11 @@ TEST_F(LaunchStatusTest, StagesAndProgressFollowTheStatus)
     EXPECT_EQ(listener.stages, "launcher;explicit solver;conversion of the results;");
     EXPECT_EQ(listener.percent, 75);
 }
+
+TEST_F(LaunchStatusTest, TheStatusOfAnEarlierRunGoesBeforeTheNext)
+{
+    Say("state=done\nrecords=9\n");
+    RemoveLaunchStatus(Folder());
+    EXPECT_EQ(ReadLaunchStatus(Folder()).state, LaunchState::Absent);
+    EXPECT_NO_THROW(RemoveLaunchStatus(Folder())) << "there is none";
+}

@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
+#include <fstream>
 #include <memory>
 #include <sstream>
 
@@ -65,6 +66,7 @@ struct DeckText
     std::size_t longest = 0;        // of the lines but the comments, columns
     std::size_t longestInclude = 0; // of the names of include files
     bool isWhole = false;           // begins with *KEYWORD and ends with *END
+    std::vector<std::string> includes;
 };
 
 DeckText ReadDeck(std::string const & i_path)
@@ -77,11 +79,28 @@ DeckText ReadDeck(std::string const & i_path)
     {
         std::size_t & longest = isName ? text.longestInclude : text.longest;
         longest = std::max(longest, line.starts_with('$') ? 0 : line.size());
+        if (isName)
+            text.includes.push_back(line);
         isName = line == "*INCLUDE";
         hasBegun = hasBegun || line == "*KEYWORD";
         text.isWhole = text.isWhole || (hasBegun && line == "*END");
     }
     return text;
+}
+
+// A mesh file is large: its end alone is read.
+bool EndsAsADeck(std::string const & i_path)
+{
+    constexpr std::streamoff kTail = 16;
+    std::ifstream file(i_path, std::ios::binary);
+    file.seekg(0, std::ios::end);
+    std::streamoff const size = file.tellg();
+    if (!file || size <= 0)
+        return false;
+    file.seekg(-std::min(size, kTail), std::ios::end);
+    std::string tail(std::istreambuf_iterator<char>(file), {});
+    tail.erase(tail.find_last_not_of(" \r\n") + 1);
+    return tail.ends_with("\n*END");
 }
 
 std::vector<std::string> FilesOf(std::string const & i_folder)
@@ -115,6 +134,17 @@ GapFigures GapOf(VOZCatMesh const & i_punch, VOZCatMesh const & i_die)
     return gap;
 }
 
+void RequireWholeDeck(std::string const & i_folder)
+{
+    std::string const path = InFolder(i_folder, kDeckFile);
+    DeckText const deck = ReadDeck(path);
+    if (!deck.isWhole)
+        throw OutputError(path, "the deck does not reach from *KEYWORD to *END; is the disk full?");
+    for (std::string const & mesh : deck.includes)
+        if (!EndsAsADeck(mesh))
+            throw OutputError(mesh, "the mesh is missing or does not end with *END; is the disk full?");
+}
+
 std::vector<OutcomeCheck> CheckDeck(IncrementalFigures & io_figures, bool i_wantsBinder, std::string const & i_folder)
 {
     IncrementalFigures const & f = io_figures;
@@ -134,7 +164,7 @@ std::vector<OutcomeCheck> CheckDeck(IncrementalFigures & io_figures, bool i_want
          f.binderCloseTime < f.endTime, true},
         {"time steps of the run", Fixed(steps, 0),
          "at most " + Fixed(kMostTimeSteps, 0) + "; the blank's least element, " + Fixed(f.leastElement, 3) +
-             " mm, bounds the time step",
+             " mm, bounds the time step: a mesh of even elements as incremental.blank helps",
          steps <= kMostTimeSteps, true},
         {"deck whole", deck.isWhole ? "yes" : "no", "from *KEYWORD to *END", deck.isWhole, false},
         {"longest line of the deck", std::to_string(deck.longest) + " columns", "at most 80",

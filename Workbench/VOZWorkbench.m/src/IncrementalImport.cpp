@@ -21,6 +21,7 @@
 #include <filesystem>
 #include <fstream>
 #include <memory>
+#include <optional>
 
 namespace voz::workbench
 {
@@ -149,8 +150,11 @@ OutputRecords RecordsOf(fs::path const & i_deck, std::vector<std::string> & io_w
                               ": " + records.fault);
     if (fs::last_write_time(path, error) < fs::last_write_time(i_deck / kDeckFile, error))
         io_warnings.push_back(path.string() + " is older than the deck: it may belong to another one");
-    if (ReadLaunchStatus(i_deck.string()).state == LaunchState::Running)
+    LaunchStatus const status = ReadLaunchStatus(i_deck.string());
+    if (status.state == LaunchState::Running)
         io_warnings.push_back("a run is going on in " + i_deck.string() + "; its results replace these");
+    if (status.state == LaunchState::Failed)
+        io_warnings.push_back("the explicit solver failed: " + status.message);
     return records;
 }
 
@@ -169,6 +173,21 @@ std::vector<int> WantedSteps(ImportOptions const & i_options, OutputRecords cons
     return steps;
 }
 
+// What the lock says of its inputs; one that cannot be read (a run that was moved, say) is told.
+std::optional<std::vector<OutcomeInput>> LockedInputs(std::string const & i_path,
+                                                      std::vector<std::string> & io_warnings)
+{
+    try
+    {
+        return ReadJob(i_path).lockedInputs;
+    }
+    catch (InputError const & error)
+    {
+        io_warnings.push_back(std::string("whether the run is of this job is not known: ") + error.what());
+        return std::nullopt;
+    }
+}
+
 // The job that the run was made with is named in its lock.
 void CompareWithRun(Job const & i_job, fs::path const & i_run, std::vector<std::string> & io_warnings)
 {
@@ -176,9 +195,21 @@ void CompareWithRun(Job const & i_job, fs::path const & i_run, std::vector<std::
     std::error_code error;
     if (!fs::is_regular_file(path, error))
         return;
-    for (OutcomeInput const & locked : ReadJob(path).lockedInputs)
-        if (fs::equivalent(locked.path, i_job.path, error) && locked.sha256 != i_job.sha256)
+    std::optional<std::vector<OutcomeInput>> const inputs = LockedInputs(path, io_warnings);
+    if (!inputs)
+        return;
+    bool isNamed = fs::equivalent(path, i_job.path, error); // the lock itself is a job, too
+    for (OutcomeInput const & locked : *inputs)
+    {
+        bool const isSame = locked.sha256 == i_job.sha256;
+        bool const isHere = fs::equivalent(locked.path, i_job.path, error);
+        if (isHere && !isSame)
             io_warnings.push_back(i_job.path + " is not what it was when the run was made");
+        isNamed = isNamed || isSame || isHere;
+    }
+    if (!isNamed)
+        io_warnings.push_back("the run in " + i_run.string() + " was made with another job than " + i_job.path +
+                              ": see its " + kLockedJob);
 }
 
 // --- Times -----------------------------------------------------------------------------------------------------------
@@ -191,9 +222,20 @@ std::vector<IncrementalOutput> OutputsOf(fs::path const & i_run)
     nlohmann::json const summary = nlohmann::json::parse(file, nullptr, false);
     if (!summary.is_object() || !summary.contains("incremental") || !summary["incremental"].contains("outputs"))
         return outputs;
+    auto const number = [](nlohmann::json const & i_row, char const * i_key)
+    { return i_row.contains(i_key) && i_row[i_key].is_number() ? i_row[i_key].get<double>() : 0.0; };
     for (nlohmann::json const & output : summary["incremental"]["outputs"])
-        outputs.push_back({output.value("position_percent", 0.0), output.value("time_s", 0.0)});
+        outputs.push_back({number(output, "position_percent"), number(output, "time_s")});
     return outputs;
+}
+
+// A file that ends at a record's end, and yet before the run's.
+void CompareWithOutputs(OutputRecords const & i_records, std::vector<IncrementalOutput> const & i_outputs,
+                        std::vector<std::string> & io_warnings)
+{
+    if (i_records.whole.size() < i_outputs.size())
+        io_warnings.push_back("the results hold " + StepsText(i_records) + "; the deck asks for " +
+                              std::to_string(i_outputs.size()) + " states");
 }
 
 // --- One step --------------------------------------------------------------------------------------------------------
@@ -342,6 +384,8 @@ RunRecord ImportSteps(Job const & i_job, ImportOptions const & i_options, RunObs
     OutputRecords const records = RecordsOf(folders.deck, warnings);
     std::vector<int> const steps = WantedSteps(i_options, records, folders.deck);
     CompareWithRun(i_job, folders.run, warnings);
+    std::vector<IncrementalOutput> const outputs = OutputsOf(folders.run);
+    CompareWithOutputs(records, outputs, warnings);
     for (OutputRecord const & record : records.whole)
         if (long long const wanted = 12LL * record.elements;
             record.components != wanted && std::ranges::find(steps, record.step) != steps.end())
@@ -355,7 +399,6 @@ RunRecord ImportSteps(Job const & i_job, ImportOptions const & i_options, RunObs
     Outcome const head = HeadOf(i_job, ReadModel(i_job));
     RunRecord record;
     record.folder = ImportFolder(folders, i_options, steps.back()).string();
-    std::vector<IncrementalOutput> const outputs = OutputsOf(folders.run);
     io_observer.Enter("import");
     std::vector<Outcome> imported;
     for (int const step : steps)

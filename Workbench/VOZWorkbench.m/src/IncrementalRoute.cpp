@@ -66,6 +66,7 @@ IncrementalFigures WriteDeck(Job const & i_job, DeckInput & io_input, std::strin
     }
     if (status != 0)
         throw OutputError(InFolder(i_folder, kDeckFile), "the library could not write the deck");
+    RequireWholeDeck(i_folder);
     IncrementalFigures figures = solver.Figures();
     if (incremental.isOpenSolver)
         for (OpenDeckRemark & remark : solver.WriteOpenDeck())
@@ -113,6 +114,10 @@ Outcome IncrementalRoute::Run(Job const & i_job, JobModel const & i_model, Route
     warnings.insert(warnings.end(), input.process.warnings.begin(), input.process.warnings.end());
     if (i_job.HasSpringback())
         warnings.emplace_back("springback is that of the kernel's run; the deck says nothing of it");
+    if (i_job.binder)
+        warnings.emplace_back(
+            "[binder] is the surface of the kernel's run; the deck's binder is incremental.binder, or "
+            "made from the part");
     for (std::string const & warning : warnings)
         io_observer.Warning(warning);
     outcome.warnings.insert(outcome.warnings.end(), warnings.begin(), warnings.end());
@@ -135,6 +140,7 @@ Outcome IncrementalRoute::Run(Job const & i_job, JobModel const & i_model, Route
 void LaunchSolver(Job const & i_job, std::string const & i_folder)
 {
     FindLauncher();
+    RemoveLaunchStatus(i_folder); // of an earlier run: it would be taken for this one's
     DeckHost const host(i_folder);
     DeckSolver solver(i_job);
     if (solver.FindFolder() != 0 || solver.RunLSDyna() != 0)

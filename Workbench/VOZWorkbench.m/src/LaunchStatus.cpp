@@ -3,6 +3,7 @@
 #include "LaunchStatus.h"
 
 #include "CATUnicodeString.h"
+#include "OutputFile.h"
 #include "Quantity.h"
 #include "RouteParts.h"
 #include "VOZProcess.h"
@@ -112,6 +113,15 @@ LaunchStatus ReadLaunchStatus(std::string const & i_folder)
     std::ostringstream text;
     text << file.rdbuf();
     return ParseLaunchStatus(text.str());
+}
+
+void RemoveLaunchStatus(std::string const & i_folder)
+{
+    std::error_code error;
+    std::filesystem::path const path = std::filesystem::path(i_folder) / kStatusFile;
+    std::filesystem::remove(path, error);
+    if (error)
+        throw OutputError(path.string(), error.message());
 }
 
 LaunchStatus FollowLaunch(std::string const & i_folder, RunObserver & io_observer, LaunchPatience const & i_patience)

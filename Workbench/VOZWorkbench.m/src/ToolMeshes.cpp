@@ -27,6 +27,11 @@ ToolPlan PlanOf(WholeJob const & i_whole, ToolRequest const & i_request)
 {
     ToolPlan plan;
     plan.file = i_whole.job.mesh;
+    if (i_request.blank || i_request.die || i_request.punch || i_request.binder)
+    {
+        plan.file = i_whole.job.path;
+        plan.line = i_whole.job.incremental ? i_whole.job.incremental->line : 0;
+    }
     plan.thickness = i_whole.job.thickness;
     plan.clearance = Chosen(i_request.clearance, kClearanceShare * plan.thickness);
     plan.gap = Chosen(i_request.gap, kGapShare * plan.thickness);
@@ -143,7 +148,7 @@ double HeightBelow(VOZCatMesh const & i_die, ToolPlan const & i_plan)
 
 void RefuseTools(ToolPlan const & i_plan, std::string const & i_what)
 {
-    throw InputError(i_plan.file, 0, 0, "tools: " + i_what);
+    throw InputError(i_plan.file, i_plan.line, 0, "tools: " + i_what);
 }
 
 std::string Millimetres(double i_length)

@@ -15,7 +15,8 @@ namespace voz::workbench
 // The request with every default filled in.
 struct ToolPlan
 {
-    std::string file; // of the part's mesh, for messages
+    std::string file; // for messages: the part's mesh, or the job where it gives meshes of tools
+    int line = 0;     // of it, where there is one
     double thickness = 0.0;
     double clearance = 0.0;
     double margin = 0.0;

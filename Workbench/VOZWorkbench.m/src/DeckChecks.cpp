@@ -160,8 +160,8 @@ std::vector<OutcomeCheck> CheckDeck(IncrementalFigures & io_figures, bool i_want
          std::abs(way - f.stroke) <= kStrokeTolerance * f.stroke, false},
         {"output times rise", std::to_string(f.outputs.size()) + " times", "each after the one before",
          IsRising(f.outputs), false},
-        {"the binder closes before the end", Shortest(f.binderCloseTime) + " s", "below " + Shortest(f.endTime) + " s",
-         f.binderCloseTime < f.endTime, true},
+        {"the binder closes before the end", Fixed(1000.0 * f.binderCloseTime, 4) + " ms",
+         "below " + Fixed(1000.0 * f.endTime, 4) + " ms", f.binderCloseTime < f.endTime, true},
         {"time steps of the run", Fixed(steps, 0),
          "at most " + Fixed(kMostTimeSteps, 0) + "; the blank's least element, " + Fixed(f.leastElement, 3) +
              " mm, bounds the time step: a mesh of even elements as incremental.blank helps",

@@ -124,6 +124,11 @@ inline Problem quarterCup(voz::examples::Cup const & i_cup, int k, Cells i_cells
     return problem;
 }
 
+inline Problem smallCup(double i_restraint = 20.0)
+{
+    return quarterCup({}, 1, Cells::Triangles, i_restraint);
+}
+
 inline Problem quarterSquareCup(voz::examples::SquareCup const & i_cup, Cells i_cells, double i_restraint)
 {
     Problem problem = problemOf(voz::examples::squareCup(i_cup, Extent::Quarter, i_cells));

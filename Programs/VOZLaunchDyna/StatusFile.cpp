@@ -43,7 +43,11 @@ bool StatusFile::Show()
                              "\nend=" + number(end) + "\nrecords=" + std::to_string(records) +
                              "\nmessage=" + oneLine(message) + "\n";
     if (text == m_shown)
+    {
+        std::error_code ignored; // a sign of life all the same
+        std::filesystem::last_write_time(m_folder / kName, std::filesystem::file_time_type::clock::now(), ignored);
         return true;
+    }
     {
         std::ofstream stream(m_folder / kUnderWay, std::ios::binary | std::ios::trunc);
         stream << text;

@@ -45,7 +45,8 @@ char const * NameOf(LaunchState i_state);
 struct LaunchPatience
 {
     int pollMilliseconds = 100;
-    int startSeconds = 20; // without any status: the launcher did not start
+    int startSeconds = 20;  // without any status: the launcher did not start
+    int silentSeconds = 60; // with a status that nobody renews: the launcher is gone
 };
 
 // Waits until the run is done, and tells the observer of stages and progress. Throws SolverError where the run failed,

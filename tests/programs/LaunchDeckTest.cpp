@@ -110,7 +110,7 @@ struct Case
 TEST(LaunchArguments, AreAFolderAndACount)
 {
     Case const cases[] = {
-        {{"/work/part", "10"}, "/work/part", 10},
+        {{"/jobs/part", "10"}, "/jobs/part", 10},
         {{"C:\\work\\part", "\"10"}, "C:\\work\\part", 10}, // where nothing has taken the quote away
         {{"a b", "10000"}, "a b", 10000},
         {{"C:\\work\\part\" 10"}, "C:\\work\\part", 10}, // a closing backslash makes one word of both

@@ -105,6 +105,30 @@ TEST_F(LaunchStatusTest, WithoutAnySignTheLauncherCountsAsNotStarted)
     EXPECT_NE(FailureOf(kImpatient).find("gave no sign within 0 s"), std::string::npos);
 }
 
+TEST_F(LaunchStatusTest, ALauncherThatNoLongerRenewsItsStatusIsTakenForEnded)
+{
+    Say("state=running\ntime=0.5\nend=1\n");
+    EXPECT_NE(FailureOf({1, 20, 0}).find("silent for 0 s"), std::string::npos);
+}
+
+TEST_F(LaunchStatusTest, AStatusThatIsRenewedWithTheSameWordsKeepsTheWaitAlive)
+{
+    Say("state=running\ntime=0.5\nend=1\n");
+    std::thread launcher(
+        [this]
+        {
+            for (int i = 0; i < 15; ++i)
+            {
+                std::this_thread::sleep_for(std::chrono::milliseconds(100));
+                std::filesystem::last_write_time(Folder() + "/launch.status",
+                                                 std::filesystem::file_time_type::clock::now());
+            }
+            Say("state=done\n");
+        });
+    EXPECT_EQ(FailureOf({10, 20, 1}), "no failure");
+    launcher.join();
+}
+
 TEST_F(LaunchStatusTest, AnInterruptEndsTheWaitAlone)
 {
     Say("state=running\ntime=0.5\nend=1\n");

@@ -60,6 +60,31 @@ void Take(std::string_view i_key, std::string_view i_value, LaunchStatus & io_st
         io_status.message = i_value;
 }
 
+// The launcher renews its status at least every second while the solver runs. Only changes of the file's time count:
+// its clock may be another machine's.
+class Pulse
+{
+public:
+    using Clock = std::chrono::steady_clock;
+
+    explicit Pulse(std::string const & i_folder) : mPath(std::filesystem::path(i_folder) / kStatusFile) {}
+
+    bool IsSilentFor(std::chrono::seconds i_time)
+    {
+        std::error_code ignored;
+        std::filesystem::file_time_type const written = std::filesystem::last_write_time(mPath, ignored);
+        if (written != mWritten)
+            mSince = Clock::now();
+        mWritten = written;
+        return Clock::now() - mSince > i_time;
+    }
+
+private:
+    std::filesystem::path mPath;
+    std::filesystem::file_time_type mWritten{};
+    Clock::time_point mSince = Clock::now();
+};
+
 // Tells what is new.
 void Tell(LaunchStatus const & i_status, LaunchState i_before, RunObserver & io_observer)
 {
@@ -129,6 +154,7 @@ LaunchStatus FollowLaunch(std::string const & i_folder, RunObserver & io_observe
     using Clock = std::chrono::steady_clock;
     Clock::time_point const begin = Clock::now();
     LaunchState before = LaunchState::Absent;
+    Pulse pulse(i_folder);
     while (true)
     {
         LaunchStatus const status = ReadLaunchStatus(i_folder);
@@ -142,6 +168,9 @@ LaunchStatus FollowLaunch(std::string const & i_folder, RunObserver & io_observe
         if (before == LaunchState::Absent && Clock::now() - begin > std::chrono::seconds(i_patience.startSeconds))
             throw SolverError("the launcher gave no sign within " + std::to_string(i_patience.startSeconds) +
                               " s: there is no launch.status in " + i_folder);
+        if (pulse.IsSilentFor(std::chrono::seconds(i_patience.silentSeconds)) && before == LaunchState::Running)
+            throw SolverError("the launcher has been silent for " + std::to_string(i_patience.silentSeconds) +
+                              " s and is taken for ended; what the solver said stands in launch.log in " + i_folder);
         if (io_observer.IsInterrupted())
             throw Interrupted();
         std::this_thread::sleep_for(std::chrono::milliseconds(i_patience.pollMilliseconds));
